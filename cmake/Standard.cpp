@@ -1,0 +1,1 @@
+// The precompiled header hangs on this file.

@@ -1,0 +1,37 @@
+// A bonus or a conditional bonus: what one sentence of a `gives` tag says, for one trait or modifier.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "calc/CalcItem.h"
+#include "library/modPrefixes.h"
+
+namespace kvr {
+
+class clsBonus {
+ public:
+  std::int32_t IDKey = 0;    // from the character's NewKeyTemp; never saved
+  std::string StringValue;   // text of a text bonus
+  std::string TargetPrefix;  // upper case
+  std::string TargetName;    // lower case
+  std::string TargetExt;     // lower case
+  std::string TargetTag;     // lower case, without a trailing "$"
+  std::string Bonus;         // amount, without the operator for types 2 to 4
+  std::string Upto;          // limit of Value, solved
+  double Value = 0;
+  std::string StringValueText;
+  std::string ListAs;
+  std::string Notes;            // the text after " when "
+  std::string FullBonusText;    // the sentence as written
+  CalcItem* Owner = nullptr;    // the trait or modifier; not owned
+  std::int16_t TargetType = 0;  // item type; 0 none, -1 "owner", -2 "me"
+  std::int16_t BonusType = 1;   // 1 add, 2 multiply, 3 set, 4 set multiplier
+  std::string Affects;          // "level", "points", "other" or "otherstring"
+
+  std::vector<std::int32_t> Targets;  // IDKeys of the traits it reaches
+};
+
+}  // namespace kvr

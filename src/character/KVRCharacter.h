@@ -1,0 +1,325 @@
+// One character: the owner of its traits, modifiers, bonuses, and of its own copies of the rules tables.
+//
+// Plain properties are public members under their own names; a property whose writing does more has a setter.
+// The members are defined in the source file of their topic (the heading of each group names it).
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "calc/CalcItem.h"
+#include "calc/clsBonus.h"
+#include "calc/clsTokenCollection.h"
+#include "character/CharacterRecords.h"
+#include "character/clsItem.h"
+#include "core/Environment.h"
+#include "library/KVRSystem.h"
+
+namespace kvr {
+
+class KVRCharacter final : public CalcItem {
+ public:
+  KVRCharacter(Environment& env, KVRSystem& system);
+  ~KVRCharacter() override;
+  KVRCharacter(const KVRCharacter&) = delete;
+  KVRCharacter& operator=(const KVRCharacter&) = delete;
+
+  Environment& Env() const { return env_; }
+  KVRSystem& System() const { return system_; }
+
+  // --- Identity and files
+  // ------------------------------------------------------------------------------------------
+  std::int32_t LastKey = 0;
+  std::string FileName;            // path text; empty until saved
+  std::string TempBackupFileName;  // made when first needed
+  std::string DataSet;             // full path text
+  std::vector<std::string> DataFiles;
+  std::string Name, Player, DateCreated, Portrait;
+  std::string Race = "Human", BodyType = "Humanoid";
+  std::string Description, Notes, Height, Weight, Age, Appearance;
+  std::string FlexFile;  // current sheet
+  std::vector<std::string> AltFlexFiles;
+  std::string QuickView, QuickViewPath;
+  std::string CharTagList;  // the character's own free tags
+  bool Dirty = false;
+  std::int16_t CurPreviewPage = 0;
+  bool InPlay() const { return inPlay_; }
+  void SetInPlay(bool inPlay);                                // going into play freezes the attributes
+  void SetInPlayFieldOnly(bool inPlay) { inPlay_ = inPlay; }  // while a file is read
+
+  // --- Totals (filled by CalcPointCosts)
+  // ---------------------------------------------------------------------------
+  ByType<Currency> Cost{};
+  Currency DollarCost, TotalCost, UnspentPoints, TotalPoints, AgainstDisadLimit, TotalWeight, CurrentLoad;
+  std::string CurrentLoadout;
+  std::int16_t EncumbranceLevel = 0;
+  std::string BaseSW, BaseTH;
+  std::int32_t BaseSwDice = 0, BaseSwAdds = 0, BaseTHDice = 0, BaseTHAdds = 0;
+  std::array<std::string, 6> PD, DR, DB;  // head, body, arms, legs, hands, feet
+  std::string OtherPD, OtherDR, OtherDB;
+  std::string ShieldFacingHexMask = "------";
+  std::array<std::int16_t, 7> ShieldFacingDB{};  // 1 to 6
+  std::int32_t ParryIDKey = 0, ParryScore = 0, BlockIDKey = 0, BlockScore = 0;
+  std::string ParryUsing, BlockUsing;
+  std::int16_t TL = 0;
+
+  // --- Rules of this character (saved in [Settings])
+  // -----------------------------------------------------------------
+  std::int32_t AllowHalfPointSpells = 0, ModMultPercents = 0, RuleOf = 20, GlobalRuleOf = 0,
+               UseDiceAddsConversion = 0, AllowNonIQOptSpecs = 0;
+
+  // --- Collections
+  // -------------------------------------------------------------------------------------------------
+  clsSortedItemCollection Items;                  // all traits, keyed "k17"
+  std::array<clsSortedItemList, 10> ItemsByType;  // 1 to 9, the same traits
+  std::vector<std::unique_ptr<clsBonus>> Bonuses, Conditionals;
+  std::vector<std::unique_ptr<clsTaboo>> Taboos;
+  clsSortedCatCollection Cats;
+  clsSortedRefCollection Groups;
+  std::vector<clsBasicDamage> BasicDamageList;
+  std::vector<clsDamageBreak> DamageBreaks;
+  std::vector<std::unique_ptr<clsSkillCosts>> SkillTypes;
+  clsCampaignInfo Campaign;
+  clsBody Body;
+  clsTokenCollection TokenCache;
+  std::vector<clsChangeItem> ChangeLog;
+
+  std::int32_t Count(ItemType type) const;
+  bool RefreshList(ItemType type) const { return refresh_[static_cast<std::size_t>(type)]; }
+  void SetRefreshList(ItemType type);  // also sets Dirty
+  void ClearRefreshList(ItemType type) { refresh_[static_cast<std::size_t>(type)] = false; }
+
+  // --- A new character (NewCharacter.cpp)
+  // ----------------------------------------------------------------------------
+  void InitStartupValues();  // all of the following, in this order
+  void InitSkillTypes();
+  void InitBasicDamageList();
+  void InitDamageBreaks();
+  void InitCats();
+  void InitGroups();
+  void InitStats();
+  void InitBodyParts();  // part of construction
+  void Clear();
+  void TerminateItems();
+  std::int32_t NewKey() { return ++LastKey; }
+  std::int32_t NewKeyTemp() { return ++lastKeyTemp_; }
+
+  // --- Adding (CreateNewItem.cpp, AddMods.cpp)
+  // ------------------------------------------------------------------------- The IDKey of the trait; 0 when
+  // the user cancelled or there is no such library key. noInitMods, noNeedsCheck, allowDuplicate: 0 or -1.
+  std::int32_t AddItemFromSystem(std::string_view sysKey, std::string_view parentKey = "", int noInitMods = 0,
+                                 int noNeedsCheck = 0, int allowDuplicate = 0);
+  std::int32_t CreateNewItem(ItemType itemType, std::string_view tagList, std::string_view sysKey,
+                             std::string_view parentKey, int noInitMods, int noNeedsCheck,
+                             int allowDuplicate);
+  void CheckForNewCats(std::string_view list, ItemType type);
+  // Puts a modifier on a trait or modifier; the IDKey, 0 when it was cancelled or refused.
+  std::int32_t AddModFromSystem(std::string_view sysKey, CalcItem& owner);
+  std::int32_t CreateNewMod(CalcItem& owner, std::string_view tagList, std::string_view group);
+  void CheckDupe(std::int32_t id);
+
+  // --- Removing and switching (RemoveItem.cpp, SwitchItem.cpp)
+  // ---------------------------------------------------------
+  void RemoveItem(std::string_view keyText);
+  void RemoveMod(CalcItem& owner, std::string_view modKey);
+  void RemoveModsFromOwner(CalcItem& owner);
+  void DisableItem(std::string_view keyText);
+  void EnableItem(std::string_view keyText);
+  // False if the new name is in use already (said unless quiet; the rename is done all the same).
+  bool RenameItem(std::string_view keyText, std::string_view newName, std::string_view newExt, bool quiet);
+  void DeActivateItem(std::string_view keyText);
+  void ReActivateItem(std::string_view keyText);
+  // Takes the trait out, lets `change` alter its name, and puts it back under its key.
+  void ResortItem(clsItem& item, const std::function<void()>& change);
+
+  // --- Parents and children (Parents.cpp)
+  // ------------------------------------------------------------------------------
+  bool DisallowParent(std::string_view candidateKey, std::string_view childKey);
+  // Makes the link and calculates both parents; false when it is not allowed.
+  bool MakeChildOf(std::string_view childKey, std::string_view parentKey);
+  void UnmakeChildOf(std::string_view childKey);
+  // The user's operations on a selection of key texts; messages and the choice go through the prompts.
+  void MakeChild(const std::vector<std::string>& selected, ItemType type);
+  void UnmakeChild(const std::vector<std::string>& selected);
+
+  // --- Finding (FindItem.cpp)
+  // ------------------------------------------------------------------------------------------ 1-based
+  // positions in Items, 0 for none; type 0 matches any; among duplicates the lowest position.
+  std::size_t ItemPositionByNameAndExt(std::string_view fullName, ItemType type,
+                                       std::size_t startAt = 1) const;
+  std::size_t ItemPositionByNameOnly(std::string_view name, ItemType type, std::size_t startAt = 1) const;
+  std::size_t ItemPositionBySymbol(std::string_view symbol, ItemType type = kNoType) const;
+  std::size_t ListItemPosByNameAndExt(ItemType type, std::string_view fullName,
+                                      std::size_t startAt = 1) const;
+  std::size_t ListItemPosByNameOnly(ItemType type, std::string_view name, std::size_t startAt = 1) const;
+  std::size_t ListItemPosByKey(ItemType type, std::string_view keyText) const;
+  std::vector<std::string> ItemKeysByNameAndExt(std::string_view fullName, ItemType type) const;
+  // The traits themselves; nullptr for none. The fast road of the solver.
+  clsItem* FindItem(std::string_view fullName, ItemType type) const;
+  clsItem* FindItemBySymbol(std::string_view symbol, ItemType type = kNoType) const;
+  clsItem* ItemByKey(std::int32_t idKey) const;
+  // The trait or modifier with that number; nullptr for none.
+  CalcItem* GetObjectFromIDKey(std::int32_t id) const;
+  std::vector<std::size_t> ReturnItemIndexes(ItemType type) const;
+  std::vector<std::string> ReturnItemCollectionKeys(ItemType type) const;
+  // Index in SkillTypes from 1 by name in any case; 0 for an empty or unknown name.
+  std::size_t ReturnSkillTypeIndexFromName(std::string_view name) const;
+  clsSkillCosts* SkillType(std::string_view name) const;
+
+  // --- Tags of the character (CharacterTags.cpp)
+  // ------------------------------------------------------------------------- Totals are made current first.
+  std::string TagItem(std::string_view tag) override;
+  // Counts, costs, weight and load are not writable: such a write is ignored.
+  void SetTagItem(std::string_view tag, std::string_view value);
+
+  // --- Stacks (Stacks.cpp)
+  // ------------------------------------------------------------------------------------------------
+  void PushDeleteItem(std::string_view key) { deleteStack_.emplace_back(key); }
+  std::string PopDeleteItem();
+  void PushAddedItem(std::string_view key) { addedStack_.emplace_back(key); }
+  std::string PopAddedItem();
+  // Scripted answers to directives.
+  void PushResponse(std::string_view response) { responses_.emplace_back(response); }
+  std::string PopResponse();
+  std::size_t ResponseCount() const { return responses_.size(); }
+  void ClearResponses() { responses_.clear(); }
+  void ChangedItemAdd(std::string_view key) { changedItems_.emplace_back(key); }
+  std::string ChangedItemGet(std::size_t i) const;
+  void ChangedItemRemove(std::string_view key);
+
+  // --- The character file (CharacterFile*.cpp)
+  // ----------------------------------------------------------------------------
+  Files::Outcome FileWrite(std::string_view path, bool clearDirty);
+  std::string FileText();  // what FileWrite writes
+  bool FileRead(std::string_view path);
+  bool FileReadKVR2(std::string_view path);
+  // The path of the backup; "" when it could not be written (logged).
+  std::string FileWriteTempBackup();
+  clsItem* AddItemFromSaved(ItemType type, std::string_view record);
+  clsItem* AddItemFromSavedKVR2(ItemType type, std::string_view line);
+  void AddModFromSaved(std::string_view line);
+  void AddBonusFromSaved(std::string_view line);
+  void AddConditionalFromSaved(std::string_view line);
+  void AddCampaignFromSaved(std::string_view line);
+
+  // --- Recalculation (calc/Recalculation.cpp, calc/PointCosts.cpp)
+  // ----------------------------------------------------------
+  void PushRecalcItems(clsItem& item);
+  void PushRecalcBonus(clsBonus& bonus);
+  void QueueItem(clsItem& item);  // a key is in the queue only once
+  void TrickleRecalcItems();
+  void PushTrickle(clsItem& item) {
+    PushRecalcItems(item);
+    TrickleRecalcItems();
+  }
+  void RecalculateAll(bool pushAll = false);
+  void CalcPointCosts();
+  void FreezeStats();
+  // The score that a stat would have at a level.
+  Currency CalcAStat(std::string_view statKey, std::int32_t level);
+  // Drops what the solver knows of the trait; to be called whenever its value, name or text has changed.
+  void ClearTokensForItem(clsItem& item);
+
+  // --- Links (calc/AffectsLinks.cpp)
+  // ----------------------------------------------------------------------------------------
+  void CreateAffectsLinks(clsItem& item);
+  void CreateAllAffectsLinks();  // the same result for all traits at once
+  void ClearAffectsLinks(clsItem& item);
+  void CreateBonusAffectsLinks(clsBonus& bonus);
+  void ClearBonusAffectsLinks(clsBonus& bonus);
+  void CreateConditionalAffectsLinks(clsBonus& conditional);
+  void ClearConditionalAffectsLinks(clsBonus& conditional);
+  bool ThisItemAffectsThatItem(clsItem& item, clsItem& that);
+  bool ThisItemAffectsThatBonus(clsItem& item, clsBonus& that);
+  static bool TrickleThruModsAffected(clsItem& item, std::string_view lcaseName);
+
+  // --- Bonuses (calc/Bonuses.cpp)
+  // -------------------------------------------------------------------------------------------
+  void AddBonusesFromOwner(CalcItem& owner);
+  void RemoveBonusesFromOwner(CalcItem& owner);
+  void AddConditionalsFromOwner(CalcItem& owner);
+  void RemoveConditionalsFromOwner(CalcItem& owner);
+  void AddBonusesFromOwnerAsConditionals(CalcItem& owner);
+  void DisableItemBonuses(clsItem& item);
+  void EnableItemBonuses(clsItem& item);
+  void DeActivateItemModsBonuses(clsItem& item);
+  void ReActivateItemModsBonuses(clsItem& item);
+
+  // --- Equipment and damage (calc/Damage.cpp, calc/Encumbrance.cpp)
+  // -----------------------------------------------------------
+  void CalcBaseDamage();
+  void CalcParryBlock();
+  std::int16_t GetEncLevel(Currency weight);
+
+  // --- Needs and taboos (Needs.cpp)
+  // -------------------------------------------------------------------------------------------- Sets the
+  // trait's NeedsCheck; true if that changed.
+  bool ItemNeedsCheck(clsItem& item, bool askToAdd, bool report);
+  bool ItemTabooCheck(clsItem& item, bool report);
+  void AddTaboosFromOwner(clsItem& owner);
+  void RemoveTaboosFromOwner(clsItem& owner);
+  void DisableItemTaboos(clsItem& item);
+  void EnableItemTaboos(clsItem& item);
+
+  // --- Template effects (TemplateEffects.cpp)
+  // ------------------------------------------------------------------------------------
+  void HandleSets(clsItem& item);
+  void HandleCreates(clsItem& item);
+  void HandleAdds(clsItem& item);
+  void HandleAddMods(clsItem& item);
+  void HandleRemoveMods(clsItem& item);
+  struct SelectResult {
+    std::vector<std::int32_t> added, existing;
+    bool canceled = false;
+  };
+  SelectResult HandleSelect(clsItem& item, std::string_view selectTag);
+  void HandleParentOf(clsItem& item);
+  void HandleChildOf(clsItem& item);
+  void HandleMergeTags(clsItem& item);
+  void HandleReplaceTags(clsItem& item);
+  void HandleRace(clsItem& item);
+  void HandleBodyType(clsItem& item);
+  void HandleCharWeight(clsItem& item);
+  void HandleCharHeight(clsItem& item);
+  void HandleAge(clsItem& item);
+  void HandleAppearance(clsItem& item);
+  void HandleReversion(std::int32_t sourceKey);
+
+  // --- As the context of a formula
+  // -----------------------------------------------------------------------------------------------
+  double LevelForFormula() override { return 0; }
+  CalcItem* OwnerContext() override { return nullptr; }
+  KVRCharacter* RootOwnerChar() override { return this; }
+  clsItem* RootOwnerItem() override { return nullptr; }
+  clsMod* ModByLCaseFullName(std::string_view) override { return nullptr; }
+  std::string NameForMessages() override { return Name; }
+
+ private:
+  Environment& env_;
+  KVRSystem& system_;
+  bool inPlay_ = false;
+  std::int32_t lastKeyTemp_ = 0;
+  std::array<bool, 10> refresh_{};
+  std::vector<std::string> deleteStack_, addedStack_, responses_, changedItems_;
+
+  std::vector<std::string> creationChain_;        // library keys being created, outermost first
+  std::deque<std::int32_t> recalcQueue_;          // first in, first out
+  std::unordered_map<std::int32_t, int> visits_;  // of each trait in the running trickle
+  bool trickling_ = false;
+  bool costing_ = false;
+  int calculating_ = 0;
+  std::vector<std::int32_t> charValueReaders_;  // traits whose text reads the character ("char::", "damage(")
+};
+
+// The number in a key text, "k17" -> 17; 0 when there is none.
+std::int32_t NumberOfKeyText(std::string_view keyText);
+std::string KeyTextOf(std::int32_t idKey);
+
+}  // namespace kvr

@@ -1,0 +1,247 @@
+// A trait on a character: a handful of typed fields that recalculation reads, and a free tag list in which
+// everything else from the data rides along unchanged. A tag that no code knows survives loading, saving and
+// copying.
+//
+// The members are defined in the source file of their topic: TagItem.cpp, TagLists.cpp, ItemNames.cpp here;
+// Stats.cpp, Advantages.cpp, Editing.cpp, Calculate.cpp and others in calc/.
+#pragma once
+
+#include <compare>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "calc/CalcItem.h"
+#include "calc/clsBonus.h"
+#include "character/clsMod.h"
+#include "core/Currency.h"
+#include "core/TagText.h"
+#include "library/modPrefixes.h"
+
+namespace kvr {
+
+class clsItem final : public CalcItem {
+ public:
+  clsItem() = default;
+  clsItem(const clsItem&) = delete;
+  clsItem& operator=(const clsItem&) = delete;
+
+  // Marks in Flag; never saved.
+  enum Marks : std::int16_t { kNewlyAdded = 8, kInShownLoadout = 64 };
+
+  // --- Collections and links
+  // ---------------------------------------------------------------------------------------
+  clsSortedModCollection Mods;
+  KVRCharacter* Owner = nullptr;
+  // What a change of this trait reaches: keys of traits, bonuses, conditionals.
+  std::vector<std::int32_t> AffectedItems, AffectedBonuses, AffectedConditionals;
+  // The records that apply to this trait.
+  std::vector<clsBonus*> AppliedBonuses, AppliedConditionals;
+
+  // --- Fields
+  // ------------------------------------------------------------------------------------------------------
+  std::int32_t IDKey = 0;  // unique on its character, never reused
+  kvr::ItemType ItemType = kNoType;
+  std::int16_t Flag = 0;
+
+  const std::string& Name() const { return name_; }
+  const std::string& NameExt() const { return nameExt_; }
+  const std::string& LCaseName() const { return lcaseName_; }
+  const std::string& LCaseNameExt() const { return lcaseNameExt_; }
+  void SetName(std::string_view name);
+  void SetNameExt(std::string_view ext);
+
+  const std::string& ParentKey() const { return parentKey_; }
+  const std::string& ChildKeyList() const { return childKeyList_; }
+  void SetParentKey(std::string_view key) { parentKey_ = key; }
+  void SetChildKeyList(std::string_view list) { childKeyList_ = list; }
+
+  Currency BasePoints() const { return basePoints_; }
+  Currency Points() const { return points_; }
+  Currency MultPoints() const { return multPoints_; }
+  Currency DefPoints() const { return defPoints_; }
+  Currency DefaultPoints() const { return defPoints_; }
+  Currency BonusPoints() const { return bonusPoints_; }
+  Currency SysPoints() const { return sysPoints_; }
+  Currency SystemBonusPoints() const { return sysPoints_; }
+  Currency ExtraPoints() const { return extraPoints_; }
+  Currency AppPoints() const { return appPoints_; }
+  Currency ApplicablePoints() const { return appPoints_; }
+  Currency BaseAppPoints() const { return baseAppPoints_; }
+  Currency PreModsPoints() const { return preModsPoints_; }
+  void SetBasePoints(Currency v) { basePoints_ = v; }
+  void SetPoints(Currency v) { points_ = v; }
+  void SetMultPoints(Currency v) { multPoints_ = v; }
+  void SetDefPoints(Currency v) { defPoints_ = v; }
+  void SetBonusPoints(Currency v) { bonusPoints_ = v; }
+  void SetSysPoints(Currency v) { sysPoints_ = v; }
+  void SetExtraPoints(Currency v) { extraPoints_ = v; }
+  void SetAppPoints(Currency v) { appPoints_ = v; }
+  void SetBaseAppPoints(Currency v) { baseAppPoints_ = v; }
+  void SetPreModsPoints(Currency v) { preModsPoints_ = v; }
+
+  std::int32_t BaseLevel() const { return baseLevel_; }
+  std::int32_t Level() const { return level_; }
+  double Score() const { return score_; }
+  void SetBaseLevel(std::int32_t v) { baseLevel_ = v; }
+  void SetLevel(std::int32_t v) { level_ = v; }
+  void SetScore(double v) { score_ = v; }
+
+  const std::string& SkillType() const { return type_; }
+  const std::string& RType() const { return type_; }
+  void SetSkillType(std::string_view type) { type_ = type; }
+  // 0 or -1.
+  std::int16_t NeedsCheck() const { return needsCheck_; }
+  std::int16_t TabooFailed() const { return tabooFailed_; }
+  void SetNeedsCheck(std::int16_t v) { needsCheck_ = v; }
+  void SetTabooFailed(std::int16_t v) { tabooFailed_ = v; }
+  // 0 ordinary, 1 a technique, 2 a combination.
+  std::int16_t Maneuver() const { return maneuver_; }
+
+  // --- Tags (TagItem.cpp)
+  // ------------------------------------------------------------------------------------------ A field or
+  // computed tag, else the first ",tag(" of the free list, trimmed. A tag whose name ends in "$" is solved as
+  // text, in "#" as a number; a failure there is logged and reads "".
+  std::string TagItem(std::string_view tag) override;
+  // A free tag without copying; a view that holds until the next write. Fields are not consulted.
+  std::string_view FreeTag(std::string_view tag) const { return tags_.Value(tag); }
+  bool FreeTagIsEmpty(std::string_view tag) const { return tags_.Value(tag).empty(); }
+  // A number that is none, or does not fit, leaves its field and logs one line.
+  void SetTagItem(std::string_view tag, std::string_view value);
+  void DeleteTag(std::string_view tag);
+  const TagText& FreeTags() const { return tags_; }
+
+  // --- Whole lists (TagLists.cpp)
+  // ---------------------------------------------------------------------------------- Fields without a tag
+  // in the text keep their value; the free list is replaced.
+  void NewTagList(std::string_view text);
+  void SetTagList(std::string_view text) { NewTagList(text); }
+  std::string TagList() const;
+  const std::string& TagListNoFill() const { return tags_.Text(); }
+  std::string TagListForSaving() const;
+  // Change several tags; name and nameext are refused with a log line. The result lists what was changed.
+  struct SegmentChange {
+    bool complete = true;   // false if a name was refused
+    std::string oldValues;  // ",tag(old)" for each tag changed
+  };
+  SegmentChange TagListSegmentReplace(std::string_view segment);
+  SegmentChange TagListSegmentInsert(std::string_view segment);
+  void AppendToTagList(std::string_view segment);
+  // "Keys hold": see the note in the source on the substring test.
+  void AddChild(std::string_view key);
+  void RemoveChild(std::string_view key);
+  bool HasChild(std::string_view key) const;  // exactly
+  void Clear();
+
+  // --- Names (ItemNames.cpp)
+  // ---------------------------------------------------------------------------------------
+  std::string FullName() const;
+  std::string FullNameTL() const;
+  std::string FullNameExpanded(bool withValues);
+  std::string FullNameTLExpanded(bool withValues);
+  std::string ExpandedModCaptions(bool withValues);
+  std::string KeyText() const { return "k" + std::to_string(IDKey); }
+  // Display lines of bonuses that apply, rebuilt by each calculation; "" outside 1 to count.
+  std::vector<std::string> BonusList, ConditionalList;
+  std::size_t BonusListItemsCount() const { return BonusList.size(); }
+  std::size_t ConditionalListItemsCount() const { return ConditionalList.size(); }
+  std::string BonusListItems(std::size_t i) const {
+    return i >= 1 && i <= BonusList.size() ? BonusList[i - 1] : "";
+  }
+  std::string ConditionalListItems(std::size_t i) const {
+    return i >= 1 && i <= ConditionalList.size() ? ConditionalList[i - 1] : "";
+  }
+  void TerminateMods();
+
+  // --- Calculation (calc/Calculate.cpp)
+  // ---------------------------------------------------------------------------- Recalculates this trait; if
+  // something changed, what it affects is queued.
+  void Calculate();
+  // Sets Maneuver and the tag `sd` from the skill type.
+  void CalcManeuver();
+
+  // --- Attributes (calc/Stats.cpp), advantages and the like (calc/Advantages.cpp)
+  // ------------------------------------
+  void privCalcStatItem();
+  Currency CalcStatPoints(std::int32_t level, bool inPlay);
+  void privCalcAdItem();
+  // --- Skills and spells (calc/Skills.cpp)
+  // ---------------------------------------------------------------------------
+  void privCalcSkillItem();
+  std::int32_t privGetLevel(std::int32_t defaultLevel, Currency points);
+  Currency privGetPointsForLevel(std::int32_t defaultLevel, std::int32_t wanted);
+  bool SetSkillScoreTo(double value);  // SetScoreTo for skills and spells
+  double GetUserBonusLevels();
+  Currency GetUserBonusPoints();
+  // One step easier (on), and back.
+  void SetOptionalSpecialtyStatus(bool on);
+  // --- Equipment, templates, weapon modes (calc/Equipment.cpp, calc/WeaponModes.cpp)
+  // --------------------------------
+  void privCalcEquipmentItem();
+  void privCalcPackageItem();
+  void privCalcRaiseRuleOf();
+  void privCalcWeaponTags();
+  // --- Modifiers (calc/Modifiers.cpp)
+  // -------------------------------------------------------------------------------- Sets Points from
+  // PreModsPoints, or `cost` on equipment.
+  void CalcModifiers();
+  // --- Bonuses (calc/Bonuses.cpp, calc/BonusSums.cpp)
+  // ----------------------------------------------------------------
+  double CalcApplicableSysBonus();
+  Currency CalcApplicableSysPoints();
+  double CalcApplicablePointMult();
+  double CalcApplicableLevelMult();
+  double ConditionalApplicableSysBonus();
+  Currency ConditionalApplicableSysPoints();
+  double ConditionalApplicablePointMult();
+  double ConditionalApplicableLevelMult();
+  double CalcApplicableTargetTagBonus(std::string_view tag);
+  double CalcApplicableTargetTagMult(std::string_view tag);
+  bool BonusAppliesByRef(const clsBonus& bonus);
+  // True if a value changed.
+  bool UpdateMyBonuses();
+  bool UpdateMyConditionals();
+
+  // --- What the window's editing does (calc/Editing.cpp)
+  // -------------------------------------------------------------
+  void Increment();
+  void Decrement();
+  // True when the trait reached the value, or passed it in the direction moved.
+  bool SetScoreTo(double value);
+  // A level for points, as fixed point; used when bonuses in points become levels.
+  Currency ReturnLevelForPoints(Currency points, bool roundUp);
+  std::string LevelName();
+  std::string LevelCaption();
+
+  // --- As the context of a formula
+  // -----------------------------------------------------------------------------------
+  double LevelForFormula() override { return level_; }
+  CalcItem* OwnerContext() override;
+  KVRCharacter* RootOwnerChar() override { return Owner; }
+  clsItem* RootOwnerItem() override { return this; }
+  clsMod* ModByLCaseFullName(std::string_view lcaseFullName) override;
+  std::string NameForMessages() override { return FullName(); }
+
+ private:
+  friend struct ItemFields;  // the table of tags that have fields
+
+  std::string name_, nameExt_, lcaseName_, lcaseNameExt_;
+  std::string parentKey_, childKeyList_;
+  Currency basePoints_, points_, multPoints_, defPoints_, bonusPoints_, sysPoints_, extraPoints_, appPoints_,
+      baseAppPoints_, preModsPoints_;
+  std::int32_t baseLevel_ = 0, level_ = 0;
+  double score_ = 0;
+  std::string type_, description_, notes_, adds_, creates_;
+  std::int16_t needsCheck_ = 0, tabooFailed_ = 0, maneuver_ = 0;
+  bool mitigatedByModifier_ = false;  // the tag `mitigated` was written by Calculate
+  TagText tags_;
+};
+
+// Lower-cased name, extension, type; among equals the newer key first.
+std::weak_ordering SortOrder(const clsItem& a, const clsItem& b);
+
+using clsSortedItemCollection = SortedCollection<clsItem>;      // owns
+using clsSortedItemList = SortedCollection<clsItem, clsItem*>;  // lists
+
+}  // namespace kvr

@@ -1,0 +1,50 @@
+// A modifier on a trait or on another modifier.
+#pragma once
+
+#include "calc/CalcItem.h"
+#include "library/ModRecord.h"
+#include "library/SortedCollection.h"
+
+namespace kvr {
+
+class clsMod;
+using clsSortedModCollection = SortedCollection<clsMod>;  // keyed by key text "k17"
+
+class clsMod final : public ModRecord, public CalcItem {
+ public:
+  clsMod();
+  ~clsMod() override;
+
+  clsSortedModCollection Mods;  // modifiers on this modifier, to any depth
+  CalcItem* Owner = nullptr;    // the clsItem or clsMod that carries it
+
+  // --- Calculation (calc/Modifiers.cpp) ---
+  void Calculate();
+  void CalcModifiers();
+  void Increment();
+  void Decrement();
+  // "%-", "%+", "**", "--" or "++", by the tag `value`.
+  std::string_view ValueType() const;
+  std::string LevelName();
+  std::string LevelCaption();
+  bool UpdateMyBonuses();
+  bool UpdateMyConditionals();
+
+  // --- Text (character/clsMod.cpp) ---
+  std::string Caption(bool withValue);
+  std::string CaptionExpanded(bool withValues);
+  std::string FullNameExpanded(bool withValues);
+  void TerminateMods();
+  void Clear() override;
+
+  // --- As the context of a formula ---
+  std::string TagItem(std::string_view tag) override { return ModRecord::TagItem(tag); }
+  double LevelForFormula() override;
+  CalcItem* OwnerContext() override { return Owner; }
+  KVRCharacter* RootOwnerChar() override;
+  clsItem* RootOwnerItem() override;
+  clsMod* ModByLCaseFullName(std::string_view lcaseFullName) override;
+  std::string NameForMessages() override { return FullName(); }
+};
+
+}  // namespace kvr
