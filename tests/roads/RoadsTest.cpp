@@ -1,0 +1,84 @@
+// Runs every batch script beside this file through kivera-batch, each in a world of its own.
+//
+// NAME.road is the script; it passes when the program ends with status 0, that is when every `expect` held. NAME.out,
+// if present, is the whole expected output, NAME.err the expected messages; a script with messages may end with
+// status 1, which NAME.err then begins with as "status 1". Files that a script needs lie in files/NAME/ and are copied
+// into the user's documents folder before.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const fs::path kFolder = fs::path(KIVERA_SOURCE_DIR) / "tests" / "roads";
+
+std::string ReadFile(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+std::vector<std::string> RoadNames() {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(kFolder)) {
+    if (entry.path().extension() == ".road") names.push_back(entry.path().stem().string());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+struct RoadRun {
+  int status = 0;
+  std::string out, err;
+};
+
+RoadRun RunRoad(const std::string& name, const fs::path& world) {
+  const fs::path files = kFolder / "files" / name;
+  if (fs::exists(files)) fs::copy(files, world, fs::copy_options::recursive);
+  const fs::path out = world / "stdout.txt", err = world / "stderr.txt";
+  const std::string command = "cd '" + world.string() + "' && timeout 120 '" KIVERA_BATCH "' --data-dir '" +
+                              (fs::path(KIVERA_SOURCE_DIR) / "data").string() + "' --user-dir '" + world.string() +
+                              "' '" + (kFolder / (name + ".road")).string() + "' > '" + out.string() + "' 2> '" +
+                              err.string() + "'";
+  const int raw = std::system(command.c_str());
+  return {WIFEXITED(raw) ? WEXITSTATUS(raw) : 128, ReadFile(out), ReadFile(err)};
+}
+
+class Road : public testing::TestWithParam<std::string> {};
+
+TEST_P(Road, LeadsWhereItShould) {
+  const std::string& name = GetParam();
+  const fs::path world = fs::temp_directory_path() / ("kivera-road-" + name + "-" + std::to_string(::getpid()));
+  fs::remove_all(world);
+  fs::create_directories(world);
+  const RoadRun run = RunRoad(name, world);
+  const fs::path expectedOut = kFolder / (name + ".out"), expectedErr = kFolder / (name + ".err");
+  if (fs::exists(expectedOut)) {
+    EXPECT_EQ(run.out, ReadFile(expectedOut));
+  }
+  const std::string errors = fs::exists(expectedErr) ? ReadFile(expectedErr) : "";
+  EXPECT_EQ(run.status, errors.starts_with("status 1") ? 1 : 0) << run.out << run.err;
+  if (!errors.empty()) {
+    const std::string heading = run.status == 1 ? "status 1\n" : "";
+    EXPECT_EQ(heading + run.err, errors);
+  }
+  fs::remove_all(world);
+}
+
+INSTANTIATE_TEST_SUITE_P(Roads, Road, testing::ValuesIn(RoadNames()),
+                         [](const auto& info) {
+                           std::string name = info.param;
+                           std::replace_if(name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); },
+                                           '_');
+                           return name;
+                         });
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Road);
+
+}  // namespace
