@@ -32,6 +32,9 @@ class clsBonus {
   std::string Affects;          // "level", "points", "other" or "otherstring"
 
   std::vector<std::int32_t> Targets;  // IDKeys of the traits it reaches
+
+  // Brings Value and StringValueText up to date (Bonuses.cpp).
+  void Calculate();
 };
 
 }  // namespace kvr
