@@ -1,5 +1,5 @@
-// Runs the benchmarks and prints, behind the usual table, each measured time as a ratio to its reference: a benchmark
-// "Work/reference" is what "Work/ours" is compared with, both measured in this run.
+// Runs the benchmarks and prints, behind the usual table, each measured time as a ratio to its reference: a
+// benchmark "Work/reference" is what "Work/ours" is compared with, both measured in this run.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>

@@ -1,9 +1,9 @@
 // Runs every batch script beside this file through kivera-batch, each in a world of its own.
 //
-// NAME.road is the script; it passes when the program ends with status 0, that is when every `expect` held. NAME.out,
-// if present, is the whole expected output, NAME.err the expected messages; a script with messages may end with
-// status 1, which NAME.err then begins with as "status 1". Files that a script needs lie in files/NAME/ and are copied
-// into the user's documents folder before.
+// NAME.road is the script; it passes when the program ends with status 0, that is when every `expect` held.
+// NAME.out, if present, is the whole expected output, NAME.err the expected messages; a script with messages
+// may end with status 1, which NAME.err then begins with as "status 1". Files that a script needs lie in
+// files/NAME/ and are copied into the user's documents folder before.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -44,9 +44,9 @@ RoadRun RunRoad(const std::string& name, const fs::path& world) {
   if (fs::exists(files)) fs::copy(files, world, fs::copy_options::recursive);
   const fs::path out = world / "stdout.txt", err = world / "stderr.txt";
   const std::string command = "cd '" + world.string() + "' && timeout 120 '" KIVERA_BATCH "' --data-dir '" +
-                              (fs::path(KIVERA_SOURCE_DIR) / "data").string() + "' --user-dir '" + world.string() +
-                              "' '" + (kFolder / (name + ".road")).string() + "' > '" + out.string() + "' 2> '" +
-                              err.string() + "'";
+                              (fs::path(KIVERA_SOURCE_DIR) / "data").string() + "' --user-dir '" +
+                              world.string() + "' '" + (kFolder / (name + ".road")).string() + "' > '" +
+                              out.string() + "' 2> '" + err.string() + "'";
   const int raw = std::system(command.c_str());
   return {WIFEXITED(raw) ? WEXITSTATUS(raw) : 128, ReadFile(out), ReadFile(err)};
 }
@@ -55,7 +55,8 @@ class Road : public testing::TestWithParam<std::string> {};
 
 TEST_P(Road, LeadsWhereItShould) {
   const std::string& name = GetParam();
-  const fs::path world = fs::temp_directory_path() / ("kivera-road-" + name + "-" + std::to_string(::getpid()));
+  const fs::path world =
+      fs::temp_directory_path() / ("kivera-road-" + name + "-" + std::to_string(::getpid()));
   fs::remove_all(world);
   fs::create_directories(world);
   const RoadRun run = RunRoad(name, world);
@@ -72,13 +73,12 @@ TEST_P(Road, LeadsWhereItShould) {
   fs::remove_all(world);
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, Road, testing::ValuesIn(RoadNames()),
-                         [](const auto& info) {
-                           std::string name = info.param;
-                           std::replace_if(name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); },
-                                           '_');
-                           return name;
-                         });
+INSTANTIATE_TEST_SUITE_P(Roads, Road, testing::ValuesIn(RoadNames()), [](const auto& info) {
+  std::string name = info.param;
+  std::replace_if(
+      name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
+  return name;
+});
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Road);
 
 }  // namespace

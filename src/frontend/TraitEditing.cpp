@@ -1,0 +1,85 @@
+// Edits of one trait, as the windows and kivera-batch make them.
+#include "frontend/TraitEditing.h"
+
+#include "core/Numbers.h"
+#include "core/Text.h"
+#include "core/modTags.h"
+
+namespace kvr::TraitEditing {
+
+namespace {
+
+bool IsNameTag(std::string_view tag) {
+  return EqualNoCase(tag, "name") || EqualNoCase(tag, "nameext");
+}
+
+// The records that a trait gives others are made from these texts.
+bool MakesRecords(std::string_view tag) {
+  return EqualNoCase(tag, "gives") || EqualNoCase(tag, "conditional") || EqualNoCase(tag, "taboo");
+}
+
+void RemakeRecords(KVRCharacter& character, clsItem& item) {
+  character.RemoveBonusesFromOwner(item);
+  character.RemoveConditionalsFromOwner(item);
+  character.RemoveTaboosFromOwner(item);
+  character.AddBonusesFromOwner(item);
+  character.AddConditionalsFromOwner(item);
+  character.AddTaboosFromOwner(item);
+}
+
+void Recalculate(KVRCharacter& character, clsItem& item) {
+  character.ClearTokensForItem(item);
+  item.Calculate();
+  character.PushTrickle(item);
+  character.SetRefreshList(item.ItemType);
+}
+
+}  // namespace
+
+bool SetTag(clsItem& item, std::string_view tag, std::string_view value) {
+  if (!modTags::ParensBalance(value) || !modTags::ParensBalance(tag)) return false;
+  KVRCharacter& character = *item.Owner;
+  character.ClearTokensForItem(item);
+  if (IsNameTag(tag)) {
+    character.ResortItem(item, [&] { item.SetTagItem(tag, value); });
+  } else {
+    item.SetTagItem(tag, value);
+  }
+  if (MakesRecords(tag)) RemakeRecords(character, item);
+  character.CreateAffectsLinks(item);
+  Recalculate(character, item);
+  return true;
+}
+
+void SetLevel(clsItem& item, double level) {
+  item.SetScoreTo(level);
+  item.Owner->SetRefreshList(item.ItemType);
+}
+
+void SetPointsSpent(clsItem& item, Currency points) {
+  item.SetBasePoints(points);
+  Recalculate(*item.Owner, item);
+}
+
+void Increment(clsItem& item, int count) {
+  for (int i = 0; i < count; ++i) item.Increment();
+  item.Owner->SetRefreshList(item.ItemType);
+}
+
+void Decrement(clsItem& item, int count) {
+  for (int i = 0; i < count; ++i) item.Decrement();
+  item.Owner->SetRefreshList(item.ItemType);
+}
+
+void SetModLevel(clsMod& mod, std::int32_t level) {
+  mod.SetTagItem("level", std::to_string(level));
+  mod.Calculate();
+  if (clsItem* item = mod.RootOwnerItem()) AfterModsChanged(*item);
+}
+
+void AfterModsChanged(clsItem& item) {
+  item.Owner->CreateAffectsLinks(item);
+  Recalculate(*item.Owner, item);
+}
+
+}  // namespace kvr::TraitEditing
