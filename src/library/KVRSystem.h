@@ -109,6 +109,9 @@ class KVRSystem {
   // `programVersion` gets the text of "Program=". False when there is no such file.
   bool LoadDataFile(std::string_view fileName, std::string& programVersion);
   static std::string GetKDFDescription(std::string_view path);
+  // Where a data file lies: the system's folder first, then the user's; a folder in the name is kept. "" if
+  // nowhere.
+  std::string FindDataFile(std::string_view fileName) const;
 
   // An item line as the library's tag string: "name(..),nameext(..),..." with the bare second field named
   // after the trait kind. `loneValue` is set when a bare second field is lost for want of a tag.
@@ -145,9 +148,22 @@ class KVRSystem {
   // cancelled.
   bool CheckDataFileFlags(const std::vector<std::string>& files, std::string& notices);
   void LoadDataSetCatCleanup();
+  // The texts that the lists show, for every trait (DisplayStrings.cpp), and the marks of those that will
+  // ask.
+  void BuildDisplayStrings();
+  void BuildIcons();
 
  private:
   friend class DataFileReader;
+
+  std::string AskForDataSet(std::string_view path);
+  std::vector<std::string> RepairDataSetFiles(std::vector<std::string> files);
+  std::vector<std::pair<std::string, std::string>> LoadDataSetFiles(std::vector<std::string>& files);
+  std::string AskForDataFile(const std::string& entry);
+  void TellOfNewerVersions(const std::vector<std::pair<std::string, std::string>>& programVersions);
+  // The cache of a loaded set (FastLoad.cpp).
+  bool LoadFastFileIfValid();
+  void BuildFastFile();
 
   Environment& env_;
   std::int32_t lastKey_ = 0;

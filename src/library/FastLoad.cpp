@@ -1,0 +1,12 @@
+// The cache of a loaded data set. None is kept yet: every start reads the data files.
+#include "library/KVRSystem.h"
+
+namespace kvr {
+
+bool KVRSystem::LoadFastFileIfValid() {
+  return false;
+}
+
+void KVRSystem::BuildFastFile() {}
+
+}  // namespace kvr
