@@ -14,7 +14,8 @@ class Currency {
 
   // Rounds half to even at the fourth decimal. Error 6 when the value does not fit or is no number.
   static Currency FromDouble(double value);
-  // The strict reading of a decimal ("12", "-0.25", "1e3"); error 13 when it is none, 6 when it does not fit.
+  // The strict reading of a decimal ("12", "-0.25", "1e3"), exact up to 19 digits, further decimals rounded
+  // half to even; error 13 when it is none, 6 when it does not fit.
   static Currency FromText(std::string_view text);
   // The tolerant reading: the leading number, 0 when there is none or it does not fit.
   static Currency FromVal(std::string_view text);

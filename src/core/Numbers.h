@@ -16,12 +16,13 @@ double Val(std::string_view text);
 
 // At most 15 significant digits, trailing zeros dropped; plain from 1E-4 up to below 1E+15, else "E" with
 // sign and at least two digits. A value that is zero or positive gets a leading blank; below 1 there is no
-// "0" before the point: " .5", "-.5", " 1E+15".
+// "0" before the point: " .5", "-.5", " 1E+15". An infinite or undefined value reads as zero.
 std::string Str(double value);
 // Appends Str without its leading blank.
 void AppendStr(std::string& out, double value);
 
-// The strict conversion: blanks around, sign, digits with at most one point, exponent. Error 13 otherwise.
+// The strict conversion: blanks around, sign, digits with at most one point, exponent. Error 13 otherwise, 6
+// when the number is too large for a double.
 double CDbl(std::string_view text);
 
 // An optional sign, digits with at most one point, an exponent with E or D; nothing else, no blanks.
@@ -37,7 +38,7 @@ std::int16_t CInt(double value);
 std::int32_t CLngClamped(double value);
 
 // Pattern "####0.####": at most four decimals, rounded half away from zero on the shortest decimal text of
-// the value, no trailing point, never "-0".
+// the value, no trailing point, never "-0". An infinite or undefined value reads as zero.
 std::string NumberText(double value);
 std::string NumberText(Currency value);
 // Pattern "####0.0###": at least one decimal.

@@ -39,24 +39,41 @@ class TagText {
   bool Delete(std::string_view tag);
 
  private:
-  struct Entry {
-    std::uint32_t hash;     // of the lower-cased name
-    std::uint32_t namePos;  // first character of the name
-    std::uint32_t nameLength;
-    std::uint32_t valuePos;     // behind "("
-    std::uint32_t valueLength;  // up to the closing ")"; kUnclosed when it is missing
-  };
   static constexpr std::uint32_t kUnclosed = 0xFFFFFFFF;
 
+  // One ",name(" of the text; its value begins behind the "(".
+  struct Entry {
+    std::uint32_t hash;  // of the lower-cased name
+    std::uint32_t namePos;
+    std::uint32_t nameLength;
+    std::uint32_t valueLength;  // up to the closing ")"; kUnclosed when it is missing
+    std::uint32_t ValuePos() const { return namePos + nameLength + 1; }
+  };
+  // Where the first match of a tag stands.
+  struct Place {
+    std::size_t comma, valuePos, valueLength;  // the length is npos without a closing parenthesis
+  };
+
+  std::optional<Place> Locate(std::string_view tag) const;
+  std::optional<Place> Search(std::string_view tag) const;
   const Entry* FindEntry(std::string_view tag) const;
   void BuildIndex() const;
+  void CollectEntries() const;
+  void InsertSlot(std::uint32_t entry) const;
+  void FillSlots() const;
+  std::string_view NameOf(const Entry& entry) const {
+    return {text_.data() + entry.namePos, entry.nameLength};
+  }
+  bool KeepsIndex(const Place& place, std::string_view value) const;
+  void MoveEntries(const Place& place, std::size_t newLength);
   void Changed();
 
   std::string text_;
   std::uint32_t revision_ = 0;
   mutable bool indexed_ = false;
-  mutable std::vector<Entry> entries_;        // in text order
-  mutable std::vector<std::uint16_t> slots_;  // hash table over entries_, first match wins
+  mutable std::vector<Entry> entries_;  // in text order
+  mutable std::vector<std::uint32_t>
+      slots_;  // hash table of positions in entries_ from 1; the first of a name only
   mutable std::string lower_;
   mutable std::uint32_t lowerRevision_ = 0xFFFFFFFF;
 };

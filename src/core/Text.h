@@ -4,6 +4,7 @@
 // standard library (npos when there is none). Only lower-casing knows Unicode.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 

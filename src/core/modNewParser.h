@@ -65,8 +65,9 @@ struct Tokens {
 // Splits at any one character of `delimiters` at level 0. An empty text is one empty token.
 Tokens ParseChars(std::string_view text, std::string_view delimiters, unsigned mode);
 
-// Splits at each level-0 match of `word`, in any case; the levels go on behind a match as they stand. A word
-// that begins with a nesting mark of the mode never matches. An empty word gives the text as one token.
+// Splits at each level-0 match of `word`, in any case; the levels go on behind a match as they stand after
+// its first character. A word that begins with an opening mark of the mode does not match at level 0. An
+// empty word gives the text as one token.
 std::vector<std::string_view> ParseWord(std::string_view text, std::string_view word, unsigned mode);
 
 // Position (0-based) of the first level-0 match at or after `start`, levels starting at 0 there; npos if

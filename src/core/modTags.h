@@ -26,6 +26,9 @@ std::vector<TagItem> ReturnTagItemsNoTrim(std::string_view tagString);
 // The value of the first item of that name in a list made by the two above; "" when there is none.
 std::string_view ValueOf(const std::vector<TagItem>& items, std::string_view lowerName);
 
+// Position (0-based) of the comma of the first "," + tagName + "(" in any case; npos when there is none. The
+// value begins tagName.size() + 2 further on.
+std::size_t FindTag(std::string_view tagName, std::string_view tagString);
 // Text search for "," + tagName + "(" in any case: finds a tag only where a comma stands directly before its
 // name. The value is trimmed; "" when the tag or its closing parenthesis is missing.
 std::string_view GetTagValue(std::string_view tagName, std::string_view tagString);

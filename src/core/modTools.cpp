@@ -1,0 +1,117 @@
+// Text helpers of the tag grammar: enclosing marks, replacement, counting, sorting.
+#include "core/modTools.h"
+
+#include <algorithm>
+
+#include "core/Text.h"
+
+namespace kvr::modTools {
+namespace {
+
+bool IsEnclosed(std::string_view text, char first, char last) {
+  text = Trim(text);
+  return text.size() >= 2 && text.front() == first && text.back() == last;
+}
+
+std::string_view StripPair(std::string_view text, char first, char last) {
+  text = Trim(text);
+  return IsEnclosed(text, first, last) ? text.substr(1, text.size() - 2) : text;
+}
+
+}  // namespace
+
+bool IsQuoted(std::string_view text) {
+  return IsEnclosed(text, '"', '"');
+}
+bool IsBraced(std::string_view text) {
+  return IsEnclosed(text, '{', '}');
+}
+bool IsInParens(std::string_view text) {
+  return IsEnclosed(text, '(', ')');
+}
+bool IsBracketed(std::string_view text) {
+  return IsEnclosed(text, '[', ']');
+}
+
+std::string_view StripQuotes(std::string_view text) {
+  return StripPair(text, '"', '"');
+}
+std::string_view StripBraces(std::string_view text) {
+  return StripPair(text, '{', '}');
+}
+std::string_view StripParens(std::string_view text) {
+  return StripPair(text, '(', ')');
+}
+std::string_view StripBrackets(std::string_view text) {
+  return StripPair(text, '[', ']');
+}
+std::string_view StripQuotesAndBraces(std::string_view text) {
+  return Trim(StripBraces(StripQuotes(text)));
+}
+
+void ReplaceAll(std::string& text, std::string_view find, std::string_view replacement) {
+  std::size_t hit = FindNoCase(text, find);
+  if (hit == npos) return;
+  std::string replaced;
+  replaced.reserve(text.size() + replacement.size());
+  std::size_t begin = 0;
+  for (; hit != npos; hit = FindNoCase(text, find, begin)) {
+    replaced.append(text, begin, hit - begin).append(replacement);
+    begin = hit + find.size();
+  }
+  replaced.append(text, begin);
+  text = std::move(replaced);
+}
+
+std::string DoubleQuotes(std::string_view text) {
+  std::string doubled;
+  doubled.reserve(text.size());
+  for (char c : text) doubled.append(c == '"' ? 2 : 1, c);
+  return doubled;
+}
+
+KeyValue SplitKeyValue(std::string_view line) {
+  const std::size_t equals = line.find('=');
+  if (equals == npos) return {Trim(line), {}};
+  return {Trim(line.substr(0, equals)), Trim(line.substr(equals + 1))};
+}
+
+std::size_t CountOccurrences(std::string_view text, std::string_view sub) {
+  if (sub.empty()) return 0;
+  std::size_t count = 0;
+  for (std::size_t i = text.find(sub); i != npos; i = text.find(sub, i + 1)) ++count;
+  return count;
+}
+
+std::size_t LastPosition(long start, std::string_view text, std::string_view sub) {
+  if (sub.empty()) return 0;
+  if (start >= 0) text = text.substr(0, static_cast<std::size_t>(start));
+  const std::size_t hit = text.rfind(sub);
+  return hit == npos ? 0 : hit + 1;
+}
+
+void ParagraphMarksToLineBreaks(std::string& text) {
+  // The break is as long as the mark.
+  for (std::size_t i = text.find("~P"); i != npos; i = text.find("~P", i + 2)) text.replace(i, 2, "\r\n");
+}
+
+void SortStringArray(std::vector<std::string>& texts, bool ignoreCase) {
+  // A comb sort, since equal names keep the order that it gives them.
+  std::vector<std::string> keys;
+  if (ignoreCase)
+    for (const std::string& text : texts) keys.push_back(LCase(text));
+  bool swapped = true;
+  for (std::size_t gap = texts.size(); gap > 1 || swapped;) {
+    gap = std::max<std::size_t>(gap * 10 / 13, 1);
+    swapped = false;
+    for (std::size_t i = 0; i + gap < texts.size(); ++i) {
+      std::vector<std::string>& compared = ignoreCase ? keys : texts;
+      if (compared[i] <= compared[i + gap]) continue;
+      swapped = true;
+      texts[i].swap(texts[i + gap]);
+      if (ignoreCase) keys[i].swap(keys[i + gap]);
+    }
+  }
+}
+
+}  // namespace kvr::modTools
