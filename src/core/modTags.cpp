@@ -203,7 +203,7 @@ std::string ReturnStringFromTrueFalseArray(const std::vector<bool>& values) {
 std::string ReturnStringFromTrueFalseStringArray(std::span<std::string> values) {
   std::string text;
   for (std::string& value : values) {
-    value = value != "" && value != "False" && value != "0" ? "1" : "0";
+    value.assign(1, value != "" && value != "False" && value != "0" ? '1' : '0');
     AppendToList(text, "|", value);
   }
   return text;

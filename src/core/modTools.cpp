@@ -92,7 +92,10 @@ std::size_t LastPosition(long start, std::string_view text, std::string_view sub
 
 void ParagraphMarksToLineBreaks(std::string& text) {
   // The break is as long as the mark.
-  for (std::size_t i = text.find("~P"); i != npos; i = text.find("~P", i + 2)) text.replace(i, 2, "\r\n");
+  for (std::size_t i = text.find("~P"); i != npos; i = text.find("~P", i + 2)) {
+    text[i] = '\r';
+    text[i + 1] = '\n';
+  }
 }
 
 void SortStringArray(std::vector<std::string>& texts, bool ignoreCase) {
