@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "core/Environment.h"
@@ -51,7 +52,6 @@ class KVRSystem {
   Environment& Env() const { return env_; }
 
   // --- Content
-  // -----------------------------------------------------------------------------------------------------
   clsSortedSystemItemCollection Items;  // keyed type + FullName
   clsSortedCatCollection Cats;          // type + name
   clsSortedRefCollection Groups;        // group + type + name + extension
@@ -66,7 +66,6 @@ class KVRSystem {
   std::vector<std::string> FullTagList;  // tag names known to the editors
 
   // --- The loaded data set
-  // -----------------------------------------------------------------------------------------
   std::string DataSet, DataSetPath;  // name and folder; empty when none is loaded
   struct DataFileEntry {
     std::string file;  // as stored, repaired
@@ -78,7 +77,6 @@ class KVRSystem {
   std::string FastFile;
 
   // --- Look-ups
-  // ----------------------------------------------------------------------------------------------------
   std::int32_t NewKey() { return ++lastKey_; }
   // The counter of a type.
   std::int32_t Count(ItemType type) const;
@@ -97,16 +95,18 @@ class KVRSystem {
   ModRecord* FindMod(std::string_view fullName, std::string_view group) const;
 
   // --- Changes
-  // -----------------------------------------------------------------------------------------------------
   void DeleteItem(std::size_t position);
+  // Recounts all counters.
   void RebuildItemsByType();
+  // A type of that name gives way to the new one, in its place.
+  void AddSkillType(std::unique_ptr<clsSkillCosts> skillType);
   void InitFullTagList();
-  // Everything new and empty.
+  // All content new and empty; keys start at 1 again. What the loaded data set is called stays.
   void ClearLibrary();
 
   // --- Data files (DataFileReader.cpp, ItemLines.cpp)
-  // -------------------------------------------------------------- Reads one file from top to bottom.
-  // `programVersion` gets the text of "Program=". False when there is no such file.
+  // Reads one file from top to bottom. `programVersion` gets the text of "Program=". False when there is no
+  // such file.
   bool LoadDataFile(std::string_view fileName, std::string& programVersion);
   static std::string GetKDFDescription(std::string_view path);
   // Where a data file lies: the system's folder first, then the user's; a folder in the name is kept. "" if
@@ -114,7 +114,7 @@ class KVRSystem {
   std::string FindDataFile(std::string_view fileName) const;
 
   // An item line as the library's tag string: "name(..),nameext(..),..." with the bare second field named
-  // after the trait kind. `loneValue` is set when a bare second field is lost for want of a tag.
+  // after the trait kind.
   static std::string ReturnAdItem(std::string_view line);
   static std::string ReturnSkillItem(std::string_view line);
   static std::string ReturnSpellItem(std::string_view line);
@@ -124,19 +124,18 @@ class KVRSystem {
   static std::string ReturnGenericItem(std::string_view line);
 
   // Adds a record as the reader does: merges categories with a record of that key and replaces it, counts it.
+  // Attributes have no categories.
   void AddOrReplaceItem(std::unique_ptr<clsSystemItem> item, std::string_view currentCategory);
   void CheckForNewCats(std::string_view list, ItemType type);
 
-  // --- Data file commands and settings (Commands.cpp)
-  // --------------------------------------------------------------- A "#" line; what cannot be done is
-  // logged.
-  void DoCommand(std::string_view line);
+  // --- Data file commands and settings (Commands.cpp, DeleteByTag.cpp)
+  // A "#" line; what cannot be done is logged. `currentCategory` is what a cloned trait is filed under.
+  void DoCommand(std::string_view line, std::string_view currentCategory = {});
   // A line of [SETTINGS]: holds for as long as the data set is loaded.
   void HandleSettingChange(std::string_view line);
 
   // --- Data sets (DataSets.cpp, DataFileFlags.cpp)
-  // ------------------------------------------------------------------ Loads a set by path or name. False
-  // when it was cancelled: the library then stands as it was.
+  // Loads a set by path or name. False when it was cancelled: the library then stands as it was.
   bool LoadDataSet(std::string_view path);
   // Where a set's path text leads: the user's data sets, the shipped ones, "data sets\" below the program
   // folder.
@@ -168,6 +167,7 @@ class KVRSystem {
   Environment& env_;
   std::int32_t lastKey_ = 0;
   std::array<std::int32_t, 10> counts_{};
+  std::unordered_map<std::string, std::size_t> skillTypeIndex_;  // by lower-cased name
   bool dataSetChanged_ = false;
 };
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/Text.h"
@@ -12,6 +13,9 @@
 #include "library/modPrefixes.h"
 
 namespace kvr {
+
+// Yes/no words of skill types and body parts: true when not empty, not "0", "no" or "false" in any case.
+bool IsTrueWord(std::string_view value);
 
 struct clsCategory {
   std::string Name;

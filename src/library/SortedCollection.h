@@ -2,68 +2,67 @@
 //
 // Keys ignore case and are unique. The order comes from `SortOrder(const T&, const T&)` of the type held,
 // which must not change for an item while it is in the collection (take it out, change it, add it again).
-// Sorting is put off until a position is asked for, so filling a collection is linear. Positions are 1-based.
+// Positions are 1-based. Both sorting and closing the gaps of items taken out are put off until a position
+// behind them is asked for, so filling and emptying a collection are linear, in any order.
 #pragma once
 
 #include <algorithm>
 #include <compare>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "core/KVRError.h"
 #include "core/Text.h"
+#include "library/KeyTable.h"
 
 namespace kvr {
-
-struct HashOfKey {
-  using is_transparent = void;
-  std::size_t operator()(std::string_view key) const { return static_cast<std::size_t>(HashNoCase(key)); }
-};
-struct EqualKeys {
-  using is_transparent = void;
-  bool operator()(std::string_view a, std::string_view b) const { return EqualNoCase(a, b); }
-};
 
 // Holder is std::unique_ptr<T> for a collection that owns its items, T* for one that only lists them.
 template <class T, class Holder = std::unique_ptr<T>>
 class SortedCollection {
  public:
+  SortedCollection() = default;
+  SortedCollection(SortedCollection&& other) noexcept { Swap(other); }
+  SortedCollection& operator=(SortedCollection&& other) noexcept {
+    Clear();
+    Swap(other);
+    return *this;
+  }
+  ~SortedCollection() { Clear(); }
+
   // Leaves the collection unchanged when the key exists: false, and Error() is 457.
-  bool Add(Holder item, std::string_view key) {
+  bool Add(Holder item, std::string_view key) { return AddOrFind(item, key) == nullptr; }
+  // Adds the item and gives nullptr; when the key exists the item stays with the caller, the result is the
+  // one that stands, and Error() is 457.
+  T* AddOrFind(Holder& item, std::string_view key) {
+    const std::uint64_t hash = HashNoCase(key);
+    if (Node* standing = table_.Find(hash, key)) {
+      error_ = static_cast<int>(ErrorNumber::DuplicateKey);
+      return std::to_address(standing->item);
+    }
     error_ = 0;
     T* raw = std::to_address(item);
-    auto [place, isNew] = byKey_.try_emplace(std::string(key), std::move(item));
-    if (!isNew) {
-      error_ = static_cast<int>(ErrorNumber::DuplicateKey);
-      return false;
-    }
-    order_.push_back({raw, &place->first});
-    return true;
+    auto node = std::make_unique<Node>(std::string(key), hash, order_.size(), std::move(item));
+    order_.push_back({raw, node.get()});
+    table_.Insert(node.release());
+    return nullptr;
   }
 
-  std::size_t Count() const { return order_.size(); }
-  bool Empty() const { return order_.empty(); }
+  std::size_t Count() const { return order_.size() - gaps_; }
+  bool Empty() const { return Count() == 0; }
 
   // Error 9 outside 1 to Count.
-  T& Item(std::size_t position) const {
-    Sort();
-    if (position < 1 || position > order_.size()) throw KVRError(ErrorNumber::Subscript);
-    return *order_[position - 1].item;
-  }
+  T& Item(std::size_t position) const { return *EntryAt(position).item; }
   // nullptr when there is none, and Error() is 5.
   T* Item(std::string_view key) const {
-    auto place = byKey_.find(key);
-    error_ = place == byKey_.end() ? static_cast<int>(ErrorNumber::MissingKey) : 0;
-    return place == byKey_.end() ? nullptr : std::to_address(place->second);
+    Node* node = FindNode(key);
+    return node ? std::to_address(node->item) : nullptr;
   }
-  const std::string& KeyAt(std::size_t position) const {
-    Sort();
-    if (position < 1 || position > order_.size()) throw KVRError(ErrorNumber::Subscript);
-    return *order_[position - 1].key;
-  }
+  const std::string& KeyAt(std::size_t position) const { return EntryAt(position).node->key; }
   // The position of an item that is in the collection; 0 if it is not.
   std::size_t Position(const T& item) const {
     for (std::size_t i = LowerBound([&](const T& other) { return SortOrder(other, item) < 0; });
@@ -71,6 +70,13 @@ class SortedCollection {
       if (order_[i - 1].item == &item) return i;
     }
     return 0;
+  }
+  // The position that a key's item has; 0 and error 5 when there is none.
+  std::size_t PositionOfKey(std::string_view key) const {
+    const Node* node = FindNode(key);
+    if (!node) return 0;
+    Sort();
+    return node->index + 1;
   }
   // The first position whose item is not "before"; Count() + 1 when all are.
   template <class Before>
@@ -83,20 +89,22 @@ class SortedCollection {
 
   // Takes an item out and hands it over; an empty holder and error 5 when there is none.
   Holder Take(std::string_view key) {
-    auto place = byKey_.find(key);
-    error_ = place == byKey_.end() ? static_cast<int>(ErrorNumber::MissingKey) : 0;
-    if (place == byKey_.end()) return Holder{};
-    EraseFromOrder(std::to_address(place->second));
-    Holder item = std::move(place->second);
-    byKey_.erase(place);
+    Node* node = FindNode(key);
+    if (!node) return Holder{};
+    table_.Erase(node);
+    LeaveGap(node->index);
+    Holder item = std::move(node->item);
+    delete node;
     return item;
   }
   bool Remove(std::string_view key) { return static_cast<bool>(Take(key)); }
   void RemoveAt(std::size_t position) { Take(std::string(KeyAt(position))); }
   void Clear() {
+    for (const Entry& entry : order_) delete entry.node;
     order_.clear();
-    byKey_.clear();
-    sorted_ = 0;
+    table_.Clear();
+    sorted_ = gaps_ = 0;
+    firstGap_ = kNoGap;
   }
 
   // 0 after success, else the failure number of the last operation by key.
@@ -107,31 +115,87 @@ class SortedCollection {
     Sort();
     return Iterator(order_.data());
   }
-  Iterator end() const { return Iterator(order_.data() + order_.size()); }
+  Iterator end() const {
+    Sort();
+    return Iterator(order_.data() + order_.size());
+  }
 
  private:
+  struct Node {
+    Node(std::string theKey, std::uint64_t theHash, std::size_t theIndex, Holder theItem)
+        : key(std::move(theKey)), hash(theHash), index(theIndex), item(std::move(theItem)) {}
+    std::string key;
+    std::uint64_t hash;
+    std::size_t index;  // in order_, always
+    Holder item;
+  };
   struct Entry {
     T* item;
-    const std::string* key;
+    Node* node;  // nullptr for a gap
   };
+  static constexpr std::size_t kNoGap = static_cast<std::size_t>(-1);
 
+  Node* FindNode(std::string_view key) const {
+    Node* node = table_.Find(HashNoCase(key), key);
+    error_ = node ? 0 : static_cast<int>(ErrorNumber::MissingKey);
+    return node;
+  }
+  const Entry& EntryAt(std::size_t position) const {
+    if (position < 1 || position > Count()) throw KVRError(ErrorNumber::Subscript);
+    // The sorted part in front of the first gap stands as it will stand.
+    if (sorted_ != order_.size() || position > firstGap_) Sort();
+    return order_[position - 1];
+  }
+
+  // Brings the order up to date: no gaps, all sorted.
   void Sort() const {
+    if (gaps_ > 0) CloseGaps();
     if (sorted_ == order_.size()) return;
     auto before = [](const Entry& a, const Entry& b) { return SortOrder(*a.item, *b.item) < 0; };
     auto middle = order_.begin() + static_cast<std::ptrdiff_t>(sorted_);
     std::stable_sort(middle, order_.end(), before);
-    std::inplace_merge(order_.begin(), middle, order_.end(), before);
+    const auto first = std::upper_bound(order_.begin(), middle, *middle, before);
+    std::inplace_merge(first, middle, order_.end(), before);
+    Renumber(static_cast<std::size_t>(first - order_.begin()));
     sorted_ = order_.size();
   }
-  void EraseFromOrder(const T* item) {
-    std::size_t position = Position(*item);
-    order_.erase(order_.begin() + static_cast<std::ptrdiff_t>(position - 1));
-    sorted_ = order_.size();
+  void CloseGaps() const {
+    std::size_t sortedGaps = 0;
+    for (std::size_t i = firstGap_; i < sorted_; ++i) sortedGaps += order_[i].node == nullptr;
+    sorted_ -= sortedGaps;
+    std::erase_if(order_, [](const Entry& entry) { return entry.node == nullptr; });
+    Renumber(firstGap_);
+    gaps_ = 0;
+    firstGap_ = kNoGap;
+  }
+  void Renumber(std::size_t from) const {
+    for (std::size_t i = from; i < order_.size(); ++i) order_[i].node->index = i;
+  }
+  void LeaveGap(std::size_t index) {
+    order_[index] = {nullptr, nullptr};
+    ++gaps_;
+    firstGap_ = std::min(firstGap_, index);
+    while (!order_.empty() && order_.back().node == nullptr) {
+      order_.pop_back();
+      --gaps_;
+    }
+    sorted_ = std::min(sorted_, order_.size());
+    if (gaps_ == 0) firstGap_ = kNoGap;
+  }
+  void Swap(SortedCollection& other) noexcept {
+    std::swap(table_, other.table_);
+    std::swap(order_, other.order_);
+    std::swap(sorted_, other.sorted_);
+    std::swap(gaps_, other.gaps_);
+    std::swap(firstGap_, other.firstGap_);
+    std::swap(error_, other.error_);
   }
 
-  std::unordered_map<std::string, Holder, HashOfKey, EqualKeys> byKey_;
-  mutable std::vector<Entry> order_;
-  mutable std::size_t sorted_ = 0;  // how many at the front are in order
+  KeyTable<Node> table_;
+  mutable std::vector<Entry> order_;  // owns the nodes
+  mutable std::size_t sorted_ = 0;    // how many at the front are in order, gaps counted
+  mutable std::size_t gaps_ = 0;
+  mutable std::size_t firstGap_ = kNoGap;
   mutable int error_ = 0;
 
  public:

@@ -11,6 +11,12 @@
 
 namespace kvr {
 
+// What a tag list held that its author cannot have meant; the first of each kind, "" when there is none.
+struct TagListNotes {
+  std::string valueWithoutTag;    // a piece without "(", which is lost
+  std::string nameEndingInBlank;  // a tag that no look-up will find
+};
+
 class clsSystemItem {
  public:
   std::int32_t IDKey = 0;
@@ -32,6 +38,8 @@ class clsSystemItem {
   void SetName(std::string_view name);
   void SetNameExt(std::string_view ext);
   void SetCategory(std::string_view list) { category_ = list; }
+  // Inserts into the cat list each entry of `list` that it lacks.
+  void MergeCategories(std::string_view list);
 
   std::string FullName() const;       // "Name (Ext)"
   std::string FullNameTL() const;     // "Name/TL3 (Ext)"
@@ -39,7 +47,13 @@ class clsSystemItem {
 
   // Replaces the content. Pieces split at commas outside parentheses; "name", "nameext" and "cat" go to the
   // fields, the rest to the tag list; "display" of "yes" or "-1" is dropped.
-  void NewTagList(std::string_view text);
+  void NewTagList(std::string_view text, TagListNotes* notes = nullptr);
+  // The same in steps, for a reader that has the pieces in hand: begin, each piece (trimmed), end.
+  void BeginTagList(std::size_t room);
+  void AddTagPiece(std::string_view piece, TagListNotes* notes = nullptr);
+  // One tag; the name in any case.
+  void AddTag(std::string_view name, std::string_view value);
+  void EndTagList();
   // The whole record: the free list, then cat, nameext (if any), name.
   std::string TagList() const;
   const std::string& TagListNoFill() const { return tagList_; }
@@ -61,6 +75,8 @@ class clsSystemItem {
   void ClearTagItems() { tagList_.clear(); }
 
  private:
+  bool IsCached() const { return FilePos > 0; }
+
   std::string name_, nameExt_, lcaseName_, lcaseNameExt_, category_;
   std::string tagList_;
 };

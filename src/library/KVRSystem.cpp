@@ -1,0 +1,260 @@
+// The library's look-ups and the few changes that keep its counters right.
+#include "library/KVRSystem.h"
+
+#include <algorithm>
+
+#include "core/Numbers.h"
+#include "core/Text.h"
+#include "core/modNewParser.h"
+#include "core/modTags.h"
+
+namespace kvr {
+namespace {
+
+constexpr std::string_view kFullTagList[] = {
+    "name",         "nameext",     "symbol",  "basevalue", "upto",         "step",        "up",
+    "down",         "mainwin",     "tl",      "cat",       "type",         "stat",        "cost",
+    "bonuspoints",  "bonuslevels", "default", "needs",     "gives",        "description", "notes",
+    "page",         "mode",        "damtype", "damage",    "reach",        "basecost",    "baseweight",
+    "minst",        "ss",          "acc",     "bulk",      "rangehalfdam", "rangemax",    "damagebasedon",
+    "minstbasedon", "usernotes"};
+
+// The key of a trait, "2Combat Reflexes", without an allocation for names of the usual length.
+class ItemKey {
+ public:
+  ItemKey(ItemType type, std::string_view fullName) {
+    size_ = fullName.size() + 1;
+    char* out = buffer_;
+    if (size_ > sizeof buffer_) {
+      long_.resize(size_);
+      out = long_.data();
+    }
+    out[0] = static_cast<char>('0' + type);
+    fullName.copy(out + 1, fullName.size());
+    text_ = out;
+  }
+  ItemKey(const ItemKey&) = delete;
+  ItemKey& operator=(const ItemKey&) = delete;
+  operator std::string_view() const { return {text_, size_}; }
+
+ private:
+  char buffer_[128];
+  std::string long_;
+  const char* text_;
+  std::size_t size_;
+};
+
+// A full name in the one form that keys have; `joined` holds it where the text has another.
+std::string_view Normalized(std::string_view fullName, std::string& joined) {
+  if (fullName.find('(') == npos) return Trim(fullName);
+  const auto [name, ext] = modPrefixes::SplitNameAndExt(fullName);
+  joined = modPrefixes::JoinNameAndExt(name, ext);
+  return joined;
+}
+
+bool IsTraitType(ItemType type) {
+  return type >= kFirstType && type <= kLastType;
+}
+
+}  // namespace
+
+double NumberBehindMark(std::string_view text) {
+  text = Trim(text);
+  if (text.starts_with('+') || text.starts_with('-')) text.remove_prefix(1);
+  if (text.starts_with('$') || text.starts_with('#')) text.remove_prefix(1);
+  return Val(text);
+}
+
+void clsSortedSystemItemCollection::OrderItems() {
+  struct SortKey {
+    std::size_t position = 0;
+    std::vector<std::string> texts;
+    std::vector<double> numbers;
+  };
+  std::vector<SortKey> keys(Count());
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    keys[i].position = i + 1;
+    for (const OrderCriterion& criterion : OrderBy) {
+      const std::string value = Item(i + 1).TagItem(criterion.tag);
+      keys[i].texts.push_back(criterion.numeric ? std::string() : LCase(value));
+      keys[i].numbers.push_back(criterion.numeric ? NumberBehindMark(value) : 0);
+    }
+  }
+  std::stable_sort(keys.begin(), keys.end(), [this](const SortKey& a, const SortKey& b) {
+    for (std::size_t c = 0; c < OrderBy.size(); ++c) {
+      const SortKey& low = OrderBy[c].ascending ? a : b;
+      const SortKey& high = OrderBy[c].ascending ? b : a;
+      if (low.numbers[c] != high.numbers[c]) return low.numbers[c] < high.numbers[c];
+      if (low.texts[c] != high.texts[c]) return low.texts[c] < high.texts[c];
+    }
+    return false;
+  });
+  ordered_.clear();
+  for (const SortKey& key : keys) ordered_.push_back(key.position);
+}
+
+clsSystemItem& clsSortedSystemItemCollection::OrderedItem(std::size_t i) const {
+  if (i < 1 || i > ordered_.size()) throw KVRError(ErrorNumber::Subscript);
+  return Item(ordered_[i - 1]);
+}
+
+KVRSystem::KVRSystem(Environment& env) : env_(env) {
+  InitFullTagList();
+}
+KVRSystem::~KVRSystem() = default;
+
+std::int32_t KVRSystem::Count(ItemType type) const {
+  return IsTraitType(type) ? counts_[static_cast<std::size_t>(type)] : 0;
+}
+
+std::vector<std::size_t> KVRSystem::ReturnItemIndexes(ItemType type) const {
+  std::vector<std::size_t> positions;
+  positions.reserve(static_cast<std::size_t>(std::max(Count(type), 0)));
+  std::size_t position = 0;
+  for (const clsSystemItem& item : Items) {
+    ++position;
+    if (item.ItemType == type) positions.push_back(position);
+  }
+  return positions;
+}
+
+std::vector<std::string> KVRSystem::ReturnItemCollectionKeys(ItemType type) const {
+  std::vector<std::string> keys;
+  keys.reserve(static_cast<std::size_t>(std::max(Count(type), 0)));
+  for (const clsSystemItem& item : Items)
+    if (item.ItemType == type) keys.push_back(item.CollectionKey());
+  return keys;
+}
+
+// A type, a name and an extension make a key, and the key knows its position.
+std::size_t KVRSystem::ItemPositionByNameAndExt(std::string_view fullName, ItemType type,
+                                                std::size_t start) const {
+  std::string joined;
+  const std::string_view wanted = Normalized(fullName, joined);
+  const ItemType first = type == kNoType ? kFirstType : type;
+  const ItemType last = type == kNoType ? kLastType : type;
+  for (ItemType t = first; t <= last && IsTraitType(t); ++t) {
+    const std::size_t position = Items.PositionOfKey(ItemKey(t, wanted));
+    if (position != 0 && position >= start) return position;
+  }
+  return 0;
+}
+
+std::size_t KVRSystem::ListItemPosByNameAndExt(ItemType type, std::string_view fullName,
+                                               std::size_t start) const {
+  return ItemPositionByNameAndExt(fullName, type, start);
+}
+
+std::size_t KVRSystem::ItemPositionByNameOnly(std::string_view fullName, ItemType type,
+                                              std::size_t start) const {
+  const std::string name = LCase(modPrefixes::SplitNameAndExt(fullName).name);
+  const std::size_t first =
+      Items.LowerBound([&](const clsSystemItem& item) { return item.LCaseName() < name; });
+  for (std::size_t i = std::max(first, start); i <= Items.Count() && Items.Item(i).LCaseName() == name; ++i)
+    if (type == kNoType || Items.Item(i).ItemType == type) return i;
+  return 0;
+}
+
+std::vector<std::size_t> KVRSystem::GetAllItems(std::string_view name, ItemType type) const {
+  std::vector<std::size_t> positions;
+  std::size_t i = ItemPositionByNameOnly(name, type);
+  while (i != 0) {
+    positions.push_back(i);
+    i = ItemPositionByNameOnly(name, type, i + 1);
+  }
+  return positions;
+}
+
+clsSystemItem* KVRSystem::FindItem(std::string_view fullName, ItemType type) const {
+  if (type == kNoType) {
+    for (ItemType t = kFirstType; t <= kLastType; ++t)
+      if (clsSystemItem* item = FindItem(fullName, t)) return item;
+    return nullptr;
+  }
+  if (!IsTraitType(type)) return nullptr;
+  if (clsSystemItem* item = Items.Item(ItemKey(type, fullName))) return item;
+  std::string joined;
+  const std::string_view wanted = Normalized(fullName, joined);
+  return wanted == fullName ? nullptr : Items.Item(ItemKey(type, wanted));
+}
+
+clsSkillCosts* KVRSystem::SkillType(std::string_view name) const {
+  auto place = skillTypeIndex_.find(LCase(name));
+  return place == skillTypeIndex_.end() ? nullptr : SkillTypes[place->second].get();
+}
+
+ModRecord* KVRSystem::FindMod(std::string_view fullName, std::string_view group) const {
+  ModRecord wanted;
+  wanted.SetTagItem("name", fullName);
+  wanted.SetTagItem("group", group);
+  return Mods.Item(wanted.SysCollectionKey());
+}
+
+void KVRSystem::DeleteItem(std::size_t position) {
+  const ItemType type = Items.Item(position).ItemType;
+  if (IsTraitType(type)) --counts_[static_cast<std::size_t>(type)];
+  Items.RemoveAt(position);
+}
+
+void KVRSystem::RebuildItemsByType() {
+  counts_ = {};
+  for (const clsSystemItem& item : Items)
+    if (IsTraitType(item.ItemType)) ++counts_[static_cast<std::size_t>(item.ItemType)];
+}
+
+void KVRSystem::AddSkillType(std::unique_ptr<clsSkillCosts> skillType) {
+  auto [place, isNew] = skillTypeIndex_.try_emplace(LCase(skillType->Name), SkillTypes.size());
+  if (isNew) {
+    SkillTypes.push_back(std::move(skillType));
+  } else {
+    SkillTypes[place->second] = std::move(skillType);
+  }
+}
+
+void KVRSystem::InitFullTagList() {
+  FullTagList.assign(std::begin(kFullTagList), std::end(kFullTagList));
+}
+
+void KVRSystem::ClearLibrary() {
+  Items.Clear();
+  Cats.Clear();
+  Groups.Clear();
+  Lists.Clear();
+  Mods.Clear();
+  Packages.Clear();
+  SkillTypes.clear();
+  skillTypeIndex_.clear();
+  BasicDamageList.clear();
+  DamageBreaks.clear();
+  BodyNames.Clear();
+  BodyParts.clear();
+  lastKey_ = 0;
+  counts_ = {};
+}
+
+void KVRSystem::AddOrReplaceItem(std::unique_ptr<clsSystemItem> item, std::string_view currentCategory) {
+  clsSystemItem& added = *item;
+  const bool hasCategories = added.ItemType != kStats;
+  const std::string key = added.CollectionKey();
+  if (const clsSystemItem* standing = Items.AddOrFind(item, key)) {
+    if (hasCategories) added.MergeCategories(standing->Category());
+    Items.Remove(key);
+    Items.Add(std::move(item), key);
+  } else if (IsTraitType(added.ItemType)) {
+    ++counts_[static_cast<std::size_t>(added.ItemType)];
+  }
+  if (!hasCategories) return;
+  added.MergeCategories(currentCategory);
+  CheckForNewCats(added.Category(), added.ItemType);
+}
+
+void KVRSystem::CheckForNewCats(std::string_view list, ItemType type) {
+  modNewParser::ForEachToken(list, ',', modNewParser::kPlain, [&](std::string_view token) {
+    const std::string_view name = Trim(token);
+    if (name.empty() || Cats.Item(ItemKey(type, name))) return;
+    auto cat = std::make_unique<clsCategory>(clsCategory{std::string(name), "", type});
+    Cats.Add(std::move(cat), ItemKey(type, name));
+  });
+}
+
+}  // namespace kvr

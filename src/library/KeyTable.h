@@ -1,0 +1,73 @@
+// The look-up by key behind SortedCollection: open addressing over 64-bit hashes, with linear probing. It
+// holds pointers to nodes with the members `hash` (of the key, ignoring case) and `key`, and owns none of
+// them.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "core/Text.h"
+
+namespace kvr {
+
+template <class Node>
+class KeyTable {
+ public:
+  Node* Find(std::uint64_t hash, std::string_view key) const {
+    if (slots_.empty()) return nullptr;
+    for (std::size_t i = Home(hash); slots_[i].node; i = Next(i))
+      if (slots_[i].hash == hash && EqualNoCase(slots_[i].node->key, key)) return slots_[i].node;
+    return nullptr;
+  }
+  // The key must not be in the table.
+  void Insert(Node* node) {
+    if (2 * (count_ + 1) > slots_.size()) Grow();
+    Place({node->hash, node});
+    ++count_;
+  }
+  // The node must be in the table. Those behind it move up, so that no probe ends too early.
+  void Erase(const Node* node) {
+    std::size_t hole = Home(node->hash);
+    while (slots_[hole].node != node) hole = Next(hole);
+    for (std::size_t i = Next(hole); slots_[i].node; i = Next(i)) {
+      const std::size_t wanted = Home(slots_[i].hash);
+      const bool mayMove = hole <= i ? wanted <= hole || wanted > i : wanted <= hole && wanted > i;
+      if (mayMove) {
+        slots_[hole] = slots_[i];
+        hole = i;
+      }
+    }
+    slots_[hole] = {};
+    --count_;
+  }
+  void Clear() {
+    slots_.clear();
+    count_ = 0;
+  }
+
+ private:
+  struct Slot {
+    std::uint64_t hash = 0;
+    Node* node = nullptr;
+  };
+
+  std::size_t Home(std::uint64_t hash) const { return static_cast<std::size_t>(hash) & (slots_.size() - 1); }
+  std::size_t Next(std::size_t i) const { return (i + 1) & (slots_.size() - 1); }
+  void Place(Slot slot) {
+    std::size_t i = Home(slot.hash);
+    while (slots_[i].node) i = Next(i);
+    slots_[i] = slot;
+  }
+  void Grow() {
+    std::vector<Slot> old(slots_.empty() ? 8 : 2 * slots_.size());
+    old.swap(slots_);
+    for (const Slot& slot : old)
+      if (slot.node) Place(slot);
+  }
+
+  std::vector<Slot> slots_;
+  std::size_t count_ = 0;
+};
+
+}  // namespace kvr
