@@ -3,17 +3,19 @@
 
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "core/EnginePrompts.h"
 
 namespace kvr {
 
-// An answer stays queued until a prompt takes it. For a box it is the button's word; for an input the text;
-// for a list positions from 1 or captions, separated by commas, a caption with a comma in braces; "cancel"
+// An answer stays queued until a prompt takes it. For a box it is the button's word, followed by ",checked"
+// for a notice whose box is ticked; for an input and a file dialog the text; for a list positions from 1 or
+// captions, separated by commas, a caption with a comma (or one that could be a position) in braces; "cancel"
 // cancels. What does not fit falls through to the cancel and is told to `onNotice`, as is every prompt that
-// finds no answer
-// ("prompt: TITLE: TEXT", the title "BRASK Kivera" where there is none).
+// finds no answer ("prompt: TITLE: TEXT" on one line, line breaks as "~P", the title "BRASK Kivera" where
+// there is none).
 class ScriptedPrompts : public EnginePrompts {
  public:
   using Notice = std::function<void(const std::string&)>;
@@ -39,6 +41,17 @@ class ScriptedPrompts : public EnginePrompts {
   std::string OpenFileName(std::string_view title, std::string_view folder, std::string_view filter) override;
 
  private:
+  void Notify(std::string_view title, std::string_view text, std::string_view complaint) const;
+  void Misfit(std::string_view title, std::string_view text, std::string_view answer) const;
+  // Nothing, and a notice, when none is queued.
+  std::optional<std::string> TakeAnswer(std::string_view title, std::string_view text);
+  // Nothing when cancelled or when the answer does not meet the goal.
+  std::optional<std::vector<std::size_t>> ChoosePositions(const SelectionRequest& goal,
+                                                          const std::vector<Choice>& choices,
+                                                          std::string_view title, std::string_view text,
+                                                          bool allowRepeats);
+  std::string TakePath(std::string_view title, std::string_view text);
+
   Notice onNotice_;
   std::deque<std::string> answers_;
   std::string inputTitle_, inputPrompt_;

@@ -34,6 +34,7 @@ class clsFileReader {
  private:
   std::string text_;
   std::size_t position_ = 0;
+  std::size_t lineFeed_ = std::string::npos;  // position of the next one, the size when there is none
   std::size_t lineNumber_ = 0;
   bool atEnd_ = true;
   std::string error_;
@@ -41,5 +42,8 @@ class clsFileReader {
 
 // Bytes as UTF-8 text by the rules above; line ends stay as they are.
 std::string DecodeText(std::string bytes, TextEncoding encoding);
+
+// At most the first `count` characters (not bytes) of a UTF-8 text.
+std::string_view FirstCharacters(std::string_view text, std::size_t count);
 
 }  // namespace kvr

@@ -11,6 +11,9 @@ namespace kvr {
 class clsFileWriter {
  public:
   void FileOpen(std::string_view pathText, int keepVersions = 0);
+  // Begins with what the file holds, as UTF-8 text whose last line is ended. A file that is there but cannot
+  // be read is left alone: FileClose then fails.
+  void FileOpenAppend(std::string_view pathText);
   void FilePrint(std::string_view line) {
     text_.append(line);
     text_.append("\r\n");
@@ -23,6 +26,7 @@ class clsFileWriter {
   std::string path_;
   std::string text_;
   int keepVersions_ = 0;
+  Files::Outcome opened_;
 };
 
 }  // namespace kvr

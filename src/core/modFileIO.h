@@ -10,6 +10,9 @@
 
 namespace kvr::modFileIO {
 
+// Sets the context of `env.ini` to a section of kvr.ini.
+void UseSettings(Environment& env, std::string_view section);
+
 // Every default that depends on the folders, then IniReadUIOptions. `Environment::UserOptions` is set from
 // the result.
 void InitConfigDefaults(Environment& env);

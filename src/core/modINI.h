@@ -1,5 +1,6 @@
 // Settings files: "[Section]" and "Key=Value" text. Keys and sections ignore case, the first occurrence wins,
-// a line beginning with ";" is a comment, and what a writer does not know stays in the file as it is.
+// a line beginning with ";" is a comment, and what a writer does not know stays in the file as it is. A file
+// is read once, at its first use; changes are held until Flush.
 #pragma once
 
 #include <cstdint>
@@ -32,6 +33,8 @@ class modINI {
   std::string IniGetString(std::string_view key, std::string_view fallback);
   // At most 4096 characters; the stored word "{{null}}" reads as "".
   std::string IniGetLongString(std::string_view key, std::string_view fallback);
+  // The same without a limit of length, for paths.
+  std::string IniGetText(std::string_view key, std::string_view fallback);
   // The section's entries in file order; no limit of length.
   std::vector<std::pair<std::string, std::string>> IniGetSection();
 

@@ -1,6 +1,7 @@
 // The activity log, the trace of named procedures, and how a failed step is reported.
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <functional>
 #include <string>
@@ -25,8 +26,10 @@ class ActivityLog {
   void LogRed(std::string_view text) { LogLine(text, LogLevel::Red); }
   // Behind the current indent.
   void LogIndented(std::string_view text, LogLevel level = LogLevel::Black);
-  // Two blanks a level.
-  void Indent() { indent_ += 2; }
+  // Two blanks a level, within 16 bits.
+  void Indent() {
+    if (indent_ < 32766) indent_ += 2;
+  }
   void Outdent() { indent_ = indent_ >= 2 ? indent_ - 2 : 0; }
   std::string IndentText() const { return std::string(indent_, ' '); }
 
@@ -45,14 +48,17 @@ class ActivityLog {
   std::string echoFile_;
 };
 
-// Names the procedure in whose lifetime it stands. The one mutable global of the program is the stack of
-// these names.
+// Names the procedure in whose lifetime it stands; the name must outlive it. With a log it also logs
+// "<name>: STARTS" and "<name>: ENDS". The one mutable global of the program is the stack of these names.
 class TraceScope {
  public:
-  explicit TraceScope(const char* name);
+  explicit TraceScope(const char* name, ActivityLog* log = nullptr);
   ~TraceScope();
   TraceScope(const TraceScope&) = delete;
   TraceScope& operator=(const TraceScope&) = delete;
+
+ private:
+  ActivityLog* log_;
 };
 // The innermost procedure's name; "" outside all.
 std::string TraceTop();
@@ -73,6 +79,15 @@ class IndentScope {
 
  private:
   ActivityLog& log_;
+};
+
+// A stopwatch for quick measures; it starts with its lifetime.
+class TimerScope {
+ public:
+  double Seconds() const;
+
+ private:
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
 }  // namespace kvr
