@@ -49,8 +49,8 @@ class clsBody {
   const std::vector<clsBodyItem>& Parts() const { return parts_; }
   std::vector<clsBodyItem>& Parts() { return parts_; }
   clsBodyItem* Part(std::string_view name);
-  // A part of that name is replaced.
-  void Add(clsBodyItem part);
+  // False, and nothing added, when there is a part of that name (in any case).
+  bool Add(clsBodyItem part);
   void Clear() { parts_.clear(); }
 
  private:

@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "calc/CalcItem.h"
@@ -23,6 +24,8 @@
 #include "library/KVRSystem.h"
 
 namespace kvr {
+
+class clsFileReader;
 
 class KVRCharacter final : public CalcItem {
  public:
@@ -79,7 +82,7 @@ class KVRCharacter final : public CalcItem {
   // -------------------------------------------------------------------------------------------------
   clsSortedItemCollection Items;                  // all traits, keyed "k17"
   std::array<clsSortedItemList, 10> ItemsByType;  // 1 to 9, the same traits
-  std::vector<std::unique_ptr<clsBonus>> Bonuses, Conditionals;
+  std::vector<std::unique_ptr<clsBonus>> Bonuses, Conditionals;  // in order of their keys
   std::vector<std::unique_ptr<clsTaboo>> Taboos;
   clsSortedCatCollection Cats;
   clsSortedRefCollection Groups;
@@ -110,6 +113,8 @@ class KVRCharacter final : public CalcItem {
   void TerminateItems();
   std::int32_t NewKey() { return ++LastKey; }
   std::int32_t NewKeyTemp() { return ++lastKeyTemp_; }
+  // A number met in a file: the counter goes on behind it.
+  void NoteSavedKey(std::int32_t key);
 
   // --- Adding (CreateNewItem.cpp, AddMods.cpp)
   // ------------------------------------------------------------------------- The IDKey of the trait; 0 when
@@ -123,6 +128,8 @@ class KVRCharacter final : public CalcItem {
   // Puts a modifier on a trait or modifier; the IDKey, 0 when it was cancelled or refused.
   std::int32_t AddModFromSystem(std::string_view sysKey, CalcItem& owner);
   std::int32_t CreateNewMod(CalcItem& owner, std::string_view tagList, std::string_view group);
+  // Asks what to do with a trait that is about to be doubled; a trait that is still being made is never
+  // offered.
   void CheckDupe(std::int32_t id);
 
   // --- Removing and switching (RemoveItem.cpp, SwitchItem.cpp)
@@ -190,18 +197,27 @@ class KVRCharacter final : public CalcItem {
   std::string PopResponse();
   std::size_t ResponseCount() const { return responses_.size(); }
   void ClearResponses() { responses_.clear(); }
-  void ChangedItemAdd(std::string_view key) { changedItems_.emplace_back(key); }
-  std::string ChangedItemGet(std::size_t i) const;
-  void ChangedItemRemove(std::string_view key);
+  // What was changed last: the lower-cased text with the number behind it. An empty list gives "".
+  void ChangedItemAdd(std::string_view text, int flag);
+  std::string ChangedItemGet() const;
+  void ChangedItemRemove();
 
   // --- The character file (CharacterFile*.cpp)
   // ----------------------------------------------------------------------------
   Files::Outcome FileWrite(std::string_view path, bool clearDirty);
   std::string FileText();  // what FileWrite writes
+  // ReadSections, then FinishLoading. False when the file is missing or of a format below 3.
   bool FileRead(std::string_view path);
+  // The records of the file, with nothing linked or calculated yet.
+  bool ReadSections(clsFileReader& reader);
+  // Links, taboos, sums and a full recalculation of what was read.
+  void FinishLoading();
+  // The character must have its copies of the library's tables; attributes come from the library.
   bool FileReadKVR2(std::string_view path);
   // The path of the backup; "" when it could not be written (logged).
   std::string FileWriteTempBackup();
+  // One record as it stands in the file. While a file is read nothing is linked, and a record whose number is taken
+  // waits for the end of the file (nullptr); otherwise it gets a new number at once. A record without "|" is skipped.
   clsItem* AddItemFromSaved(ItemType type, std::string_view record);
   clsItem* AddItemFromSavedKVR2(ItemType type, std::string_view line);
   void AddModFromSaved(std::string_view line);
@@ -213,14 +229,30 @@ class KVRCharacter final : public CalcItem {
   // ----------------------------------------------------------
   void PushRecalcItems(clsItem& item);
   void PushRecalcBonus(clsBonus& bonus);
-  void QueueItem(clsItem& item);  // a key is in the queue only once
+  void QueueItem(clsItem& item) { QueueKey(item.IDKey); }
+  void QueueKey(std::int32_t idKey);  // a key is in the queue only once
+  // Calculates what is queued, first in, first out, until the queue is empty. One run visits a trait at most
+  // 100 times; after that a red line names it. Returns at once while a trait is being calculated.
   void TrickleRecalcItems();
   void PushTrickle(clsItem& item) {
     PushRecalcItems(item);
     TrickleRecalcItems();
   }
+  // Calculates every trait in sort order; with pushAll each one's dependants right behind it.
   void RecalculateAll(bool pushAll = false);
+  // Brings the totals up to date, then the traits that read them. From inside a calculation: the totals only.
   void CalcPointCosts();
+  // Marks a calculation as running for its lifetime.
+  class CalculationScope {
+   public:
+    explicit CalculationScope(KVRCharacter& character) : character_(character) { ++character_.calculating_; }
+    ~CalculationScope() { --character_.calculating_; }
+    CalculationScope(const CalculationScope&) = delete;
+    CalculationScope& operator=(const CalculationScope&) = delete;
+
+   private:
+    KVRCharacter& character_;
+  };
   void FreezeStats();
   // The score that a stat would have at a level.
   Currency CalcAStat(std::string_view statKey, std::int32_t level);
@@ -279,7 +311,8 @@ class KVRCharacter final : public CalcItem {
     std::vector<std::int32_t> added, existing;
     bool canceled = false;
   };
-  SelectResult HandleSelect(clsItem& item, std::string_view selectTag);
+  // The tag "select" + index; `count` is how many the trait has.
+  SelectResult HandleSelect(clsItem& item, int index, int count);
   void HandleParentOf(clsItem& item);
   void HandleChildOf(clsItem& item);
   void HandleMergeTags(clsItem& item);
@@ -291,6 +324,8 @@ class KVRCharacter final : public CalcItem {
   void HandleAge(clsItem& item);
   void HandleAppearance(clsItem& item);
   void HandleReversion(std::int32_t sourceKey);
+  // Adds to the trait's weapon modes what the modifier's `addmode` says.
+  void ModAddsNewMode(clsMod& mod);
 
   // --- As the context of a formula
   // -----------------------------------------------------------------------------------------------
@@ -302,15 +337,110 @@ class KVRCharacter final : public CalcItem {
   std::string NameForMessages() override { return Name; }
 
  private:
+  void SetStartValues();
+  void SetStartTexts();
+  void SetStartRules();
+  void SetStartCampaign();
+  void ClearIdentity();
+  void ClearTotals();
+  void ClearWorkingState();
+  void InitTechLevel();
+  // The text lower-cased; holds until the next look-up.
+  std::string_view LookupText(std::string_view text) const;
+  clsMod* FindMod(std::int32_t id, std::string_view keyText) const;
+  void IndexMods() const;
+
+  // What is known only while a file is read.
+  struct SavedFileState {
+    std::unordered_map<std::int32_t, clsMod*> mods;              // by number
+    std::vector<std::pair<ItemType, std::string>> doubledItems;  // records whose number was taken
+    std::vector<std::string> doubledMods;
+    bool atEnd = false;  // all numbers are known: new ones can be given
+  };
+  CalcItem* SavedHolder(std::int32_t id) const;
+  // The number that a record of the file gets; 0 when the record must wait.
+  std::int32_t NumberForSaved(std::int32_t wanted, std::string_view kind, const std::string& name);
+  void AddDoubledRecords();
+  void RepairFamilies();
+  clsBonus* AddBonusRecord(std::vector<std::unique_ptr<clsBonus>>& records, std::string_view line);
+  std::unique_ptr<SavedFileState> savedFile_;
+
   Environment& env_;
   KVRSystem& system_;
   bool inPlay_ = false;
   std::int32_t lastKeyTemp_ = 0;
   std::array<bool, 10> refresh_{};
   std::vector<std::string> deleteStack_, addedStack_, responses_, changedItems_;
+  mutable std::string lookup_;
+  mutable std::unordered_map<std::int32_t, std::int32_t> modHolders_;  // modifier to the trait at its root
 
-  std::vector<std::string> creationChain_;        // library keys being created, outermost first
+  // A trait that is being made: its library key ("" for none) and, once it is on the character, its number.
+  struct Creation {
+    std::string sysKey;
+    std::int32_t id = 0;
+  };
+  // What a cancelled creation goes back to.
+  struct CreationMark {
+    std::int32_t lastKey = 0;
+    bool dirty = false;
+    std::size_t newCats = 0;
+  };
+  friend class ItemCreation;  // CreateNewItem.cpp
+  friend class ItemRemoval;   // RemoveItem.cpp
+
+  bool KeysAreLeft();
+  bool MayCreate(ItemType type, std::string_view sysKey, std::string_view tagList);
+  void UndoCreation(const CreationMark& mark);
+  bool RemovalTakesUnfinished(const clsItem& item) const;
+  // CreateNewMod without the recalculation; nullptr when it was cancelled or refused.
+  clsMod* MakeMod(CalcItem& owner, std::string_view tagList, std::string_view group);
+  // The entries of a list with "|" between them, each a modifier of the group "Initial".
+  void MakeInitialMods(CalcItem& owner, std::string_view initMods);
+  bool NewModeAllowed(const clsMod& mod);
+  void MakeModRecords(clsMod& mod);
+  void AfterModsChanged(clsItem& item);
+  std::int32_t MakeDisablingItem(const clsItem& item, std::string_view fullName);
+  // Makes the link on both sides, whatever it was before.
+  void AttachChild(clsItem& child, clsItem& parent);
+  // Undoes it; the former parent, nullptr if there was none.
+  clsItem* DetachFromParent(clsItem& child);
+  // From one parent to another; the new one is left to be calculated.
+  void MoveToParent(clsItem& child, clsItem& parent);
+
+  std::vector<Creation> creations_;      // outermost first
+  std::size_t traitsMade_ = 0;           // by the outermost creation and all in it
+  std::vector<std::string> newCats_;     // keys of categories that it brought
+  std::vector<std::int32_t> removing_;   // traits whose removal is under way
+  // One run through the queue. What is left when a formula's failure breaks it stays queued for the next run.
+  class TrickleScope {
+   public:
+    explicit TrickleScope(KVRCharacter& character) : character_(character) { character_.trickling_ = true; }
+    ~TrickleScope() {
+      character_.trickling_ = false;
+      character_.visits_.clear();
+    }
+    TrickleScope(const TrickleScope&) = delete;
+    TrickleScope& operator=(const TrickleScope&) = delete;
+
+   private:
+    KVRCharacter& character_;
+  };
+  class TotalsRead;
+  void EmptyQueue();
+  bool MayVisit(const clsItem& item);
+  void SumCosts();
+  void SumItem(const clsItem& item);
+  void SumEquipment(const clsItem& item);
+  bool CostsAreInOwner(const clsItem& item) const;
+  void SettleTotals();
+  void QueueRecords(const std::vector<std::int32_t>& keys,
+                    const std::vector<std::unique_ptr<clsBonus>>& records);
+  void UnlinkItem(clsItem& item);
+  void LinkCharValues(clsItem& item);
+  void LinkRecords(clsItem& item);
+
   std::deque<std::int32_t> recalcQueue_;          // first in, first out
+  std::unordered_set<std::int32_t> queued_;       // the same keys
   std::unordered_map<std::int32_t, int> visits_;  // of each trait in the running trickle
   bool trickling_ = false;
   bool costing_ = false;

@@ -49,6 +49,8 @@ class clsItem final : public CalcItem {
   const std::string& NameExt() const { return nameExt_; }
   const std::string& LCaseName() const { return lcaseName_; }
   const std::string& LCaseNameExt() const { return lcaseNameExt_; }
+  // The name decides the place in the character's sorted collections: a trait that stands there is put back in order
+  // by KVRCharacter::ResortItem, however its name is written (here, as a tag or in a whole list).
   void SetName(std::string_view name);
   void SetNameExt(std::string_view ext);
 
@@ -91,6 +93,10 @@ class clsItem final : public CalcItem {
   const std::string& SkillType() const { return type_; }
   const std::string& RType() const { return type_; }
   void SetSkillType(std::string_view type) { type_ = type; }
+  const std::string& Description() const { return description_; }
+  const std::string& Notes() const { return notes_; }
+  const std::string& Adds() const { return adds_; }
+  const std::string& Creates() const { return creates_; }
   // 0 or -1.
   std::int16_t NeedsCheck() const { return needsCheck_; }
   std::int16_t TabooFailed() const { return tabooFailed_; }
@@ -156,8 +162,9 @@ class clsItem final : public CalcItem {
 
   // --- Calculation (calc/Calculate.cpp)
   // ---------------------------------------------------------------------------- Recalculates this trait; if
-  // something changed, what it affects is queued.
-  void Calculate();
+  // something changed, what it affects is queued. False when it failed: that is logged, and the numbers are
+  // those from before. A failure of a formula (SolverFailure) passes through, likewise with the old numbers.
+  bool Calculate();
   // Sets Maneuver and the tag `sd` from the skill type.
   void CalcManeuver();
 
@@ -165,6 +172,7 @@ class clsItem final : public CalcItem {
   // ------------------------------------
   void privCalcStatItem();
   Currency CalcStatPoints(std::int32_t level, bool inPlay);
+  bool SetStatScoreTo(double value);  // SetScoreTo for stats
   void privCalcAdItem();
   // --- Skills and spells (calc/Skills.cpp)
   // ---------------------------------------------------------------------------
@@ -202,6 +210,10 @@ class clsItem final : public CalcItem {
   // True if a value changed.
   bool UpdateMyBonuses();
   bool UpdateMyConditionals();
+  // Marks of tags that some bonus on this trait targets, so that the others need no search (BonusMarks.cpp).
+  void SetBonusAffectsFlag(std::string_view tag);
+  bool GetBonusAffectsFlag(std::string_view tag) const;
+  void ClearBonusAffectsFlag() { bonusMarks_ = 0; }
 
   // --- What the window's editing does (calc/Editing.cpp)
   // -------------------------------------------------------------
@@ -226,6 +238,13 @@ class clsItem final : public CalcItem {
  private:
   friend struct ItemFields;  // the table of tags that have fields
 
+  // The value as it stands, formulas unsolved.
+  std::string StoredTag(std::string_view tag) const;
+  std::string GroupBesideInitMods() const;
+  void StoreName(std::string& field, std::string& lower, std::string_view text);
+  // True, with a log line, for the tags of the name; `request` is "replace" or "insert into".
+  bool RefusesName(std::string_view tag, std::string_view request) const;
+
   std::string name_, nameExt_, lcaseName_, lcaseNameExt_;
   std::string parentKey_, childKeyList_;
   Currency basePoints_, points_, multPoints_, defPoints_, bonusPoints_, sysPoints_, extraPoints_, appPoints_,
@@ -234,6 +253,13 @@ class clsItem final : public CalcItem {
   double score_ = 0;
   std::string type_, description_, notes_, adds_, creates_;
   std::int16_t needsCheck_ = 0, tabooFailed_ = 0, maneuver_ = 0;
+  // Steps of Calculate. CalcMitigation is true when a modifier sets the trait's taboos aside.
+  bool CalcMitigation();
+  void CalcByType();
+  void CheckNeedsAndTaboos(bool taboosMitigated);
+  void CalcAll();
+
+  std::uint32_t bonusMarks_ = 0;
   bool mitigatedByModifier_ = false;  // the tag `mitigated` was written by Calculate
   TagText tags_;
 };

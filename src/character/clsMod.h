@@ -47,4 +47,7 @@ class clsMod final : public ModRecord, public CalcItem {
   std::string NameForMessages() override { return FullName(); }
 };
 
+// The first modifier with that lower-cased full name; nullptr when there is none.
+clsMod* FindModByName(const clsSortedModCollection& mods, std::string_view lcaseFullName);
+
 }  // namespace kvr
