@@ -362,6 +362,7 @@ class KVRCharacter final : public CalcItem {
   std::int32_t NumberForSaved(std::int32_t wanted, std::string_view kind, const std::string& name);
   void AddDoubledRecords();
   void RepairFamilies();
+  bool HasSoundParents(const clsItem& item) const;
   clsBonus* AddBonusRecord(std::vector<std::unique_ptr<clsBonus>>& records, std::string_view line);
   std::unique_ptr<SavedFileState> savedFile_;
 
@@ -390,6 +391,7 @@ class KVRCharacter final : public CalcItem {
 
   bool KeysAreLeft();
   bool MayCreate(ItemType type, std::string_view sysKey, std::string_view tagList);
+  std::vector<clsMod*> ModsSince(std::int32_t lastKey);
   void UndoCreation(const CreationMark& mark);
   bool RemovalTakesUnfinished(const clsItem& item) const;
   // CreateNewMod without the recalculation; nullptr when it was cancelled or refused.
@@ -432,7 +434,7 @@ class KVRCharacter final : public CalcItem {
   void SumItem(const clsItem& item);
   void SumEquipment(const clsItem& item);
   bool CostsAreInOwner(const clsItem& item) const;
-  void SettleTotals();
+  void UpdateTotals();
   void QueueRecords(const std::vector<std::int32_t>& keys,
                     const std::vector<std::unique_ptr<clsBonus>>& records);
   void UnlinkItem(clsItem& item);

@@ -1,0 +1,31 @@
+// Walks the modifiers on a trait and the modifiers on those.
+#include "character/ModTree.h"
+
+#include <algorithm>
+
+namespace kvr {
+
+clsSortedModCollection* ModsOf(CalcItem& owner) {
+  if (auto* item = dynamic_cast<clsItem*>(&owner)) return &item->Mods;
+  if (auto* mod = dynamic_cast<clsMod*>(&owner)) return &mod->Mods;
+  return nullptr;
+}
+
+std::vector<clsMod*> AllModsOf(CalcItem& owner) {
+  std::vector<clsMod*> all, waiting;
+  const auto takeFrom = [&](const clsSortedModCollection& mods) {
+    const auto old = static_cast<std::ptrdiff_t>(waiting.size());
+    for (clsMod& mod : mods) waiting.push_back(&mod);
+    std::reverse(waiting.begin() + old, waiting.end());
+  };
+  if (const auto* mods = ModsOf(owner)) takeFrom(*mods);
+  while (!waiting.empty()) {
+    clsMod* mod = waiting.back();
+    waiting.pop_back();
+    all.push_back(mod);
+    takeFrom(mod->Mods);
+  }
+  return all;
+}
+
+}  // namespace kvr

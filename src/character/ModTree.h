@@ -1,0 +1,15 @@
+// Walks the modifiers on a trait and the modifiers on those.
+#pragma once
+
+#include <vector>
+
+#include "character/clsItem.h"
+
+namespace kvr {
+
+// The modifiers that the record carries itself; nullptr for a record that can carry none.
+clsSortedModCollection* ModsOf(CalcItem& owner);
+// All modifiers on the record, to any depth, each before those that it carries.
+std::vector<clsMod*> AllModsOf(CalcItem& owner);
+
+}  // namespace kvr
