@@ -56,7 +56,7 @@ Decimal ShortestDecimal(double value) {
   return ReadScientific(buffer, result.ptr);
 }
 
-// The shortest decimal where it has at most 15 digits, which is then the nearest one of 15 digits too.
+// The shortest decimal where it has at most 15 digits: any normal value has no nearer one of 15 digits then.
 Decimal FifteenDigits(double value) {
   const Decimal shortest = ShortestDecimal(value);
   if (shortest.count <= 15) return shortest;
@@ -166,6 +166,24 @@ Whole RoundedInto(double value) {
   return static_cast<Whole>(rounded);
 }
 
+// Rounding to 15 digits without making the text. The value is scaled to a whole number of 15 digits; the rounding
+// error of that product is known exactly, so only a tie is left to the text. Whole number and power of ten are exact
+// doubles, so their quotient is the nearest double, as reading the text would give it.
+std::optional<double> RoundScaledTo15(double value) {
+  static constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,
+                                       1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
+  const double size = std::abs(value);
+  if (!(size >= 1e-4 && size < kPlainEnd)) return std::nullopt;
+  // 15 minus the digits before the point, plus the zeros behind it.
+  std::size_t scale = size >= 1 ? 14u : 15u + (size < 0.1) + (size < 0.01) + (size < 0.001);
+  while (size >= 1 && size >= kPowers[15 - scale]) --scale;
+  const double product = size * kPowers[scale];
+  const double whole = std::floor(product);
+  const double fraction = (product - whole) + std::fma(size, kPowers[scale], -product);
+  if (fraction == 0.5) return std::nullopt;
+  return std::copysign((fraction < 0.5 ? whole : whole + 1) / kPowers[scale], value);
+}
+
 }  // namespace
 
 double Val(std::string_view text) {
@@ -214,6 +232,7 @@ double RoundHalfEven(double value) {
 
 double Round15(double value) {
   if (IsPlainWhole(value) || !std::isfinite(value)) return value;
+  if (const std::optional<double> rounded = RoundScaledTo15(value)) return *rounded;
   std::string text;
   AppendStr(text, value);
   return Val(text);

@@ -116,7 +116,7 @@ std::size_t FindFirstByte(std::string_view text, char c, std::size_t from, std::
 
 std::uint64_t Mix(std::uint64_t hash, std::uint64_t word) {
   hash = (hash ^ word) * 0x9E3779B97F4A7C15u;
-  return hash ^ (hash >> 29);
+  return hash ^ (hash >> 32);
 }
 
 }  // namespace
@@ -201,7 +201,7 @@ bool IsSet(std::string_view value) {
 }
 
 std::uint64_t HashNoCase(std::string_view text) {
-  std::uint64_t hash = 0x243F6A8885A308D3u ^ text.size();
+  std::uint64_t hash = (text.size() + 1) * 0xBF58476D1CE4E5B9u;
   std::uint64_t seen = 0;
   std::size_t i = 0;
   for (; i + 8 <= text.size(); i += 8) {
@@ -218,7 +218,7 @@ std::uint64_t HashNoCase(std::string_view text) {
     const std::string lowered = LCase(text);
     hash = std::hash<std::string_view>()(lowered);
   }
-  return Mix(hash, hash >> 32);
+  return Mix(Mix(hash, 0), 0);  // every bit of the text reaches every bit
 }
 
 }  // namespace kvr
