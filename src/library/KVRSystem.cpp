@@ -191,9 +191,12 @@ ModRecord* KVRSystem::FindMod(std::string_view fullName, std::string_view group)
 }
 
 void KVRSystem::DeleteItem(std::size_t position) {
-  const ItemType type = Items.Item(position).ItemType;
-  if (IsTraitType(type)) --counts_[static_cast<std::size_t>(type)];
-  Items.RemoveAt(position);
+  DeleteItem(Items.Item(position));
+}
+
+void KVRSystem::DeleteItem(const clsSystemItem& item) {
+  if (IsTraitType(item.ItemType)) --counts_[static_cast<std::size_t>(item.ItemType)];
+  Items.Remove(item.CollectionKey());
 }
 
 void KVRSystem::RebuildItemsByType() {
@@ -234,6 +237,7 @@ void KVRSystem::ClearLibrary() {
 
 void KVRSystem::AddOrReplaceItem(std::unique_ptr<clsSystemItem> item, std::string_view currentCategory) {
   clsSystemItem& added = *item;
+  if (added.ItemType == kSpells && added.GetTagItem("type").empty()) added.SetTagItem("type", "M/H");
   const bool hasCategories = added.ItemType != kStats;
   const std::string key = added.CollectionKey();
   if (const clsSystemItem* standing = Items.AddOrFind(item, key)) {

@@ -96,6 +96,7 @@ class KVRSystem {
 
   // --- Changes
   void DeleteItem(std::size_t position);
+  void DeleteItem(const clsSystemItem& item);
   // Recounts all counters.
   void RebuildItemsByType();
   // A type of that name gives way to the new one, in its place.
@@ -129,8 +130,9 @@ class KVRSystem {
   void CheckForNewCats(std::string_view list, ItemType type);
 
   // --- Data file commands and settings (Commands.cpp, DeleteByTag.cpp)
-  // A "#" line; what cannot be done is logged. `currentCategory` is what a cloned trait is filed under.
-  void DoCommand(std::string_view line, std::string_view currentCategory = {});
+  // A "#" line. What cannot be done is logged, and the result is then false. `currentCategory` is what a
+  // cloned trait is filed under.
+  bool DoCommand(std::string_view line, std::string_view currentCategory = {});
   // A line of [SETTINGS]: holds for as long as the data set is loaded.
   void HandleSettingChange(std::string_view line);
 

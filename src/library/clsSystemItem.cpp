@@ -81,11 +81,11 @@ std::string clsSystemItem::CollectionKey() const {
   return key;
 }
 
-void clsSystemItem::NewTagList(std::string_view text, TagListNotes* notes) {
+void clsSystemItem::NewTagList(std::string_view text) {
   if (IsCached()) return;
   BeginTagList(text.size() + 1);
   modNewParser::ForEachToken(text, ',', modNewParser::kParens,
-                             [&](std::string_view piece) { AddTagPiece(Trim(piece), notes); });
+                             [&](std::string_view piece) { AddTagPiece(Trim(piece)); });
   EndTagList();
 }
 
@@ -95,16 +95,12 @@ void clsSystemItem::BeginTagList(std::size_t room) {
 }
 
 // The last character is taken to be the closing parenthesis, whatever it is.
-void clsSystemItem::AddTagPiece(std::string_view piece, TagListNotes* notes) {
+void clsSystemItem::AddTagPiece(std::string_view piece) {
   if (piece.empty()) return;
   const std::string_view body = piece.substr(0, piece.size() - 1);
   const std::size_t open = body.find('(');
-  if (open == npos) {
-    if (notes && notes->valueWithoutTag.empty()) notes->valueWithoutTag = piece;
-    return;
-  }
+  if (open == npos) return;
   const std::string_view name = body.substr(0, open);
-  if (notes && name.ends_with(' ') && notes->nameEndingInBlank.empty()) notes->nameEndingInBlank = name;
   if (!name.empty()) AddTag(name, body.substr(open + 1));
 }
 

@@ -11,12 +11,6 @@
 
 namespace kvr {
 
-// What a tag list held that its author cannot have meant; the first of each kind, "" when there is none.
-struct TagListNotes {
-  std::string valueWithoutTag;    // a piece without "(", which is lost
-  std::string nameEndingInBlank;  // a tag that no look-up will find
-};
-
 class clsSystemItem {
  public:
   std::int32_t IDKey = 0;
@@ -47,10 +41,10 @@ class clsSystemItem {
 
   // Replaces the content. Pieces split at commas outside parentheses; "name", "nameext" and "cat" go to the
   // fields, the rest to the tag list; "display" of "yes" or "-1" is dropped.
-  void NewTagList(std::string_view text, TagListNotes* notes = nullptr);
+  void NewTagList(std::string_view text);
   // The same in steps, for a reader that has the pieces in hand: begin, each piece (trimmed), end.
   void BeginTagList(std::size_t room);
-  void AddTagPiece(std::string_view piece, TagListNotes* notes = nullptr);
+  void AddTagPiece(std::string_view piece);
   // One tag; the name in any case.
   void AddTag(std::string_view name, std::string_view value);
   void EndTagList();
