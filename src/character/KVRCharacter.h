@@ -437,9 +437,8 @@ class KVRCharacter final : public CalcItem {
   void UpdateTotals();
   void QueueRecords(const std::vector<std::int32_t>& keys,
                     const std::vector<std::unique_ptr<clsBonus>>& records);
-  void UnlinkItem(clsItem& item);
   void LinkCharValues(clsItem& item);
-  void LinkRecords(clsItem& item);
+  void LinkRecordToCharValues(const clsBonus& record);
 
   std::deque<std::int32_t> recalcQueue_;          // first in, first out
   std::unordered_set<std::int32_t> queued_;       // the same keys

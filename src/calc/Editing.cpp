@@ -1,0 +1,156 @@
+// Changing a trait by steps or to a value, as the windows and commands do it. Every change that takes effect
+// is spread to what depends on the trait; one that a limit undoes leaves the trait as it was.
+#include <algorithm>
+#include <cmath>
+
+#include "calc/CalcSteps.h"
+#include "calc/Progression.h"
+#include "character/KVRCharacter.h"
+#include "core/Numbers.h"
+
+namespace kvr {
+namespace {
+
+constexpr double kGreatestScore = 2000000000;
+
+std::int32_t StepFrom(std::int32_t value, int step) {
+  return CLngClamped(static_cast<double>(value) + step);
+}
+
+bool Spread(clsItem& item, bool changed) {
+  if (changed) item.Owner->PushTrickle(item);
+  return changed;
+}
+
+bool ChangeStatLevel(clsItem& item, std::int32_t level) {
+  std::int32_t former = item.Level();
+  item.SetLevel(level);
+  bool done = item.Calculate();
+  if (!done) item.SetLevel(former);
+  return Spread(item, done && item.Level() != former);
+}
+
+bool ChangeBaseLevel(clsItem& item, std::int32_t baseLevel) {
+  std::int32_t formerLevel = item.Level(), formerBase = item.BaseLevel();
+  item.SetBaseLevel(baseLevel);
+  bool done = item.Calculate();
+  if (done && item.Level() != formerLevel) return Spread(item, true);
+  if (item.BaseLevel() != formerBase) {
+    item.SetBaseLevel(formerBase);
+    if (done) item.Calculate();
+  }
+  return false;
+}
+
+double CountOf(const clsItem& item) {
+  return Val(item.FreeTag("count"));
+}
+
+bool ChangeCount(clsItem& item, double count) {
+  std::string former(item.FreeTag("count"));
+  double before = CountOf(item);
+  item.SetTagItem("ocount", former);
+  item.SetTagItem("count", NumberText(count));
+  bool done = item.Calculate();
+  if (done && CountOf(item) != before) return Spread(item, true);
+  item.SetTagItem("count", former);
+  return false;
+}
+
+const clsSkillCosts* SkillTypeOf(const clsItem& item) {
+  return item.Owner->SkillType(item.SkillType().empty() ? "M/H" : item.SkillType());
+}
+
+void IncrementSkill(clsItem& item) {
+  const clsSkillCosts* type = SkillTypeOf(item);
+  if (type == nullptr) return;
+  item.SetSkillScoreTo(StepFrom(item.Level(), 1));
+  if (item.BasePoints() > 0) return;
+  item.SetBasePoints(type->MinCost());
+  Spread(item, item.Calculate());
+}
+
+// A level below the lowest goes back to the default, or else stays at the least cost.
+void DecrementSkill(clsItem& item) {
+  const clsSkillCosts* type = SkillTypeOf(item);
+  if (type == nullptr || item.SetSkillScoreTo(StepFrom(item.Level(), -1))) return;
+  if (!item.FreeTagIsEmpty("deffrom")) {
+    item.SetBasePoints(0);
+  } else if (item.BasePoints() < type->MinCost()) {
+    bool wholePoint = item.ItemType == kSpells && item.Owner->AllowHalfPointSpells == 0;
+    item.SetBasePoints(wholePoint ? Currency(1) : type->MinCost());
+  }
+  Spread(item, item.Calculate());
+}
+
+bool IsLocked(const clsItem& item) {
+  return IsSet(item.FreeTag("locked"));
+}
+
+}  // namespace
+
+void clsItem::Increment() {
+  if (IsLocked(*this)) return;
+  switch (ItemType) {
+    case kStats:
+      ChangeStatLevel(*this, StepFrom(Level(), 1));
+      break;
+    case kSkills:
+    case kSpells:
+      IncrementSkill(*this);
+      break;
+    case kEquipment:
+      ChangeCount(*this, CountOf(*this) + 1);
+      break;
+    default:
+      ChangeBaseLevel(*this, StepFrom(BaseLevel(), 1));
+  }
+}
+
+void clsItem::Decrement() {
+  if (IsLocked(*this)) return;
+  switch (ItemType) {
+    case kStats:
+      ChangeStatLevel(*this, StepFrom(Level(), -1));
+      break;
+    case kSkills:
+    case kSpells:
+      DecrementSkill(*this);
+      break;
+    case kEquipment:
+      ChangeCount(*this, std::max(CountOf(*this) - 1, 0.0));
+      break;
+    default:
+      if (Owner->Env().Config.DecrementToZero != 0 || Level() > 1) {
+        ChangeBaseLevel(*this, StepFrom(BaseLevel(), -1));
+      }
+  }
+}
+
+bool clsItem::SetScoreTo(double value) {
+  value = std::min(value, kGreatestScore);
+  double before = ItemType == kEquipment ? CountOf(*this) : Level();
+  switch (ItemType) {
+    case kStats:
+      return SetStatScoreTo(value);
+    case kSkills:
+    case kSpells:
+      return SetSkillScoreTo(value);
+    case kEquipment:
+      ChangeCount(*this, value);
+      return ReachedOrPassed(before, CountOf(*this), value);
+    default:
+      ChangeBaseLevel(*this, CLngClamped(RoundHalfEven(value)));
+      return ReachedOrPassed(before, Level(), value);
+  }
+}
+
+Currency clsItem::ReturnLevelForPoints(Currency points, bool roundUp) {
+  if (ItemType == kSkills || ItemType == kSpells) {
+    return privGetLevel(CLngClamped(Val(FreeTag("deflevel"))), points);
+  }
+  if (ItemType == kStats || ItemType == kEquipment) return 0;
+  return Progression(FreeTag("cost")).LevelForPoints(points, roundUp);
+}
+
+}  // namespace kvr
