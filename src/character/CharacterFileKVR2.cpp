@@ -86,8 +86,6 @@ void OldCharacterReader::ReadLine(std::string_view line) {
     return;
   }
   switch (section_) {
-    case OldSection::System:
-      return ReadSystem(line);
     case OldSection::General:
     case OldSection::Race:
     case OldSection::Misc:
