@@ -73,8 +73,8 @@ TEST_P(Road, LeadsWhereItShould) {
   fs::remove_all(world);
 }
 
-INSTANTIATE_TEST_SUITE_P(Roads, Road, testing::ValuesIn(RoadNames()), [](const auto& info) {
-  std::string name = info.param;
+INSTANTIATE_TEST_SUITE_P(Roads, Road, testing::ValuesIn(RoadNames()), [](const auto& road) {
+  std::string name = road.param;
   std::replace_if(
       name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
   return name;
