@@ -67,7 +67,7 @@ clsMod* KVRCharacter::MakeMod(CalcItem& owner, std::string_view tagList, std::st
   if (modDirectives::HandleDirectives(list, *this, {{"%AddedItemsList%", ""}})) return nullptr;
   modTools::ReplaceAll(list, "#message(", "%%message%%(");
   mod->NewTagList(list);
-  if (mod->Group().empty()) mod->SetTagItem("group", group);
+  if (mod->Group().empty() && !group.empty()) mod->SetTagItem("group", group);
   if (std::string tl = mod->TagItem("tl"); !tl.empty()) mod->SetTagItem("tl", ReducedTL(tl, TL));
   if (!NewModeAllowed(*mod)) return nullptr;
   if (!mod->Tags().Value("addmode").empty()) ModAddsNewMode(*mod);

@@ -106,8 +106,10 @@ void ItemRemoval::LeaveBringer(clsItem& item) {
   clsItem* bringer = character_.ItemByKey(BringerOf(item));
   if (!bringer) return;
   std::string pkids(bringer->FreeTag("pkids"));
-  modTags::RemoveItemFromList(std::to_string(item.IDKey), pkids);
-  bringer->SetTagItem("pkids", pkids);
+  if (!pkids.empty()) {
+    modTags::RemoveItemFromList(std::to_string(item.IDKey), pkids);
+    bringer->SetTagItem("pkids", pkids);
+  }
   if (!IsUnderRemoval(bringer->IDKey)) bringers_.push_back(bringer->IDKey);
 }
 

@@ -190,6 +190,7 @@ void KVRCharacter::DeActivateItem(std::string_view keyText) {
   SetRefreshList(item->ItemType);
   item->SetTagItem("inactive", "yes");
   RemoveBonusesFromOwner(*item);
+  RemoveConditionalsFromOwner(*item);
   DeActivateItemModsBonuses(*item);
   ClearTokensForItem(*item);
   PushTrickle(*item);
@@ -202,6 +203,7 @@ void KVRCharacter::ReActivateItem(std::string_view keyText) {
   SetRefreshList(item->ItemType);
   item->DeleteTag("inactive");
   AddBonusesFromOwner(*item);
+  AddConditionalsFromOwner(*item);
   ReActivateItemModsBonuses(*item);
   ClearTokensForItem(*item);
   CreateAffectsLinks(*item);
