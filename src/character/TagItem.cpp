@@ -24,15 +24,17 @@ std::string SolvedTagValue(std::string_view tag, const std::string& value, CalcI
 
 std::string clsItem::TagItem(std::string_view tag) {
   if (const ItemField* field = ItemFields::Find(tag)) return ItemFields::Read(*this, *field);
-  if (IsSolvedTag(tag)) {
-    std::optional<std::string_view> formula = tags_.Find(tag);
-    return formula ? SolvedTagValue(tag, std::string(*formula), *this) : std::string();
-  }
-  return StoredTag(tag);
+  if (!IsSolvedTag(tag)) return FreeTagText(tag);
+  std::optional<std::string_view> formula = tags_.Find(tag);
+  return formula ? SolvedTagValue(tag, std::string(*formula), *this) : std::string();
 }
 
 std::string clsItem::StoredTag(std::string_view tag) const {
-  if (const ItemField* field = ItemFields::Find(tag)) return ItemFields::Read(*this, *field);
+  const ItemField* field = ItemFields::Find(tag);
+  return field ? ItemFields::Read(*this, *field) : FreeTagText(tag);
+}
+
+std::string clsItem::FreeTagText(std::string_view tag) const {
   if (EqualNoCase(tag, "group") && tags_.Find("initmods")) return GroupBesideInitMods();
   return std::string(tags_.Value(tag));
 }

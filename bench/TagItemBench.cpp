@@ -1,0 +1,66 @@
+// Reading tags of a trait with 40 tags, beside a look-up of the same names in a hash map.
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <string>
+#include <unordered_map>
+
+#include "character/clsItem.h"
+
+namespace {
+
+constexpr std::size_t kTags = 40;
+
+// Names as data files have them; the values are short, as most are.
+std::string TagName(std::size_t i) {
+  constexpr std::array<const char*, 8> kWords = {"cost",      "upto",       "page",  "cat",
+                                                 "basevalue", "levelnames", "gives", "tl"};
+  return kWords[i % kWords.size()] + (i < kWords.size() ? std::string() : std::to_string(i));
+}
+
+struct Data {
+  std::array<std::string, kTags> names;
+  std::unordered_map<std::string, std::string> map;
+  kvr::clsItem item;
+
+  Data() {
+    std::string list = "name(Sample)";
+    for (std::size_t i = 0; i < kTags; ++i) {
+      names[i] = TagName(i);
+      map[names[i]] = "value " + std::to_string(i);
+      list += "," + names[i] + "(" + map[names[i]] + ")";
+    }
+    item.NewTagList(list);
+  }
+  bool Agree() {
+    for (const std::string& name : names) {
+      if (item.TagItem(name) != map[name]) return false;
+    }
+    return map.size() == kTags;
+  }
+};
+
+void Ours(benchmark::State& state) {
+  Data data;
+  if (!data.Agree()) state.SkipWithError("TagItem and the map differ");
+  std::size_t i = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(data.item.TagItem(data.names[i]));
+    i = i + 1 < kTags ? i + 1 : 0;
+  }
+}
+
+void Reference(benchmark::State& state) {
+  Data data;
+  if (!data.Agree()) state.SkipWithError("TagItem and the map differ");
+  std::size_t i = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(data.map.find(data.names[i]));
+    i = i + 1 < kTags ? i + 1 : 0;
+  }
+}
+
+BENCHMARK(Ours)->Name("TagItem of 40/ours");
+BENCHMARK(Reference)->Name("TagItem of 40/reference");
+
+}  // namespace
