@@ -12,7 +12,7 @@ endif()
 
 add_library(kivera_flags INTERFACE)
 # GCC 12 sees overlaps and overflows in std::string's own operator+ that are not there.
-target_compile_options(kivera_flags INTERFACE -Wno-restrict -Wno-stringop-overflow)
+target_compile_options(kivera_flags INTERFACE -Wno-restrict -Wno-stringop-overflow -Wno-array-bounds)
 target_compile_options(kivera_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror -ffp-contract=off)
 if(KIVERA_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)

@@ -142,7 +142,7 @@ TEST(FilesTest, ListsSortedByPattern) {
   for (const char* name : {"b.kdf", "A.KDF", "c.kdf.bak", ".hidden.kdf", "~1.tmp", "~1.tmp.xml", "Äx.kdf"})
     world.Write(std::string("lists\\") + name, "");
   Files::FolderExists(world.Path("lists\\folder.kdf\\"), true);
-  const std::string folder = world.Path("lists");
+  const std::string folder = world.Path("lists\\");
   using Names = std::vector<std::string>;
   EXPECT_EQ(Files::ListFiles(folder, "*.kdf"), (Names{"A.KDF", "b.kdf", "Äx.kdf"}));
   EXPECT_EQ(Files::ListFiles(folder, "~*.tmp"), (Names{"~1.tmp"}));
