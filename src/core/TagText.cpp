@@ -14,11 +14,19 @@ namespace {
 
 constexpr std::size_t kLargestIndexed = 0xFFFFFF00;
 
-bool HasParens(std::string_view text) {
-  return text.find_first_of("()") != npos;
-}
 bool HasComma(std::string_view text) {
   return text.find(',') != npos;
+}
+bool HasParens(std::string_view text) {
+  return text.find('(') != npos || text.find(')') != npos;
+}
+
+// A name with one of these marks is found by search only.
+bool HasNameMark(std::string_view tag) {
+  if (tag.size() > fold::kShortName) return HasComma(tag) || HasParens(tag);
+  const fold::NameWords words = fold::LoadName(tag);
+  return (fold::HasByte(words.first, ',') | fold::HasByte(words.last, ',') | fold::HasByte(words.first, '(') |
+          fold::HasByte(words.last, '(')) != 0;
 }
 
 }  // namespace
@@ -43,18 +51,17 @@ void TagText::Assign(std::string text) {
 }
 
 void TagText::Append(std::string_view name, std::string_view value) {
-  const std::size_t comma = text_.size();
+  const std::size_t comma = text_.size(), nameSize = name.size();
   std::string item;  // made apart, since name and value may lie in the text
   item.reserve(name.size() + value.size() + 3);
   item.append(1, ',').append(name).append(1, '(').append(value).append(1, ')');
   const bool keepsIndex = indexed_ && !HasParens(name) && !HasComma(name) && !HasParens(value) &&
                           comma + item.size() < kLargestIndexed;
-  const Entry entry{static_cast<std::uint32_t>(HashNoCase(name)), static_cast<std::uint32_t>(comma + 1),
-                    static_cast<std::uint32_t>(name.size()), static_cast<std::uint32_t>(value.size())};
   text_ += item;
   Changed();
   if (!keepsIndex) return;
-  entries_.push_back(entry);
+  Entry& entry = entries_.emplace_back(std::string_view(text_).substr(comma + 1, nameSize), comma + 1);
+  TrimValue(entry, text_.size() - 1);
   if (entries_.size() * 2 > slots_.size())
     FillSlots();
   else
@@ -62,11 +69,15 @@ void TagText::Append(std::string_view name, std::string_view value) {
   indexed_ = true;
 }
 
+std::string_view TagText::Value(std::string_view tag) const {
+  if (const Entry* entry = FindEntry(tag)) return ValueOf(*entry);
+  return SearchedOnly(tag) ? modTags::GetTagValue(tag, text_) : std::string_view();
+}
+
 std::optional<std::string_view> TagText::Find(std::string_view tag) const {
-  const std::optional<Place> place = Locate(tag);
-  if (!place) return std::nullopt;
-  if (place->valueLength == npos) return std::string_view();
-  return Trim({text_.data() + place->valuePos, place->valueLength});
+  if (const Entry* entry = FindEntry(tag)) return ValueOf(*entry);
+  if (!SearchedOnly(tag) || modTags::FindTag(tag, text_) == npos) return std::nullopt;
+  return modTags::GetTagValue(tag, text_);
 }
 
 bool TagText::Set(std::string_view tag, std::string_view value) {
@@ -93,13 +104,18 @@ bool TagText::Delete(std::string_view tag) {
   return true;
 }
 
+bool TagText::SearchedOnly(std::string_view tag) const {
+  return HasNameMark(tag) || text_.size() >= kLargestIndexed;
+}
+
 std::optional<TagText::Place> TagText::Locate(std::string_view tag) const {
   if (const Entry* entry = FindEntry(tag)) {
-    const std::size_t length = entry->valueLength == kUnclosed ? npos : entry->valueLength;
-    return Place{entry->namePos - 1u, entry->ValuePos(), length};
+    Place place{entry->namePos - 1u, entry->BehindOpen(), npos};
+    if (entry->valueLength != kUnclosed)
+      place.valueLength = text_.find(')', entry->valuePos + entry->valueLength) - place.valuePos;
+    return place;
   }
-  if (tag.find_first_of(",(") != npos || text_.size() >= kLargestIndexed) return Search(tag);
-  return std::nullopt;
+  return SearchedOnly(tag) ? Search(tag) : std::nullopt;
 }
 
 std::optional<TagText::Place> TagText::Search(std::string_view tag) const {
@@ -109,16 +125,48 @@ std::optional<TagText::Place> TagText::Search(std::string_view tag) const {
   return Place{comma, valuePos, modTags::FindCloseParen(std::string_view(text_).substr(valuePos))};
 }
 
+TagText::NameKey::NameKey(std::string_view name) : whole(name.size() <= fold::kShortName) {
+  if (whole) words = fold::LoadName(name);
+  whole = whole && words.IsAscii();
+  if (!whole) words = {HashLongNoCase(name), fold::kHighBits};
+}
+
+TagText::Entry::Entry(std::string_view name, std::size_t position)
+    : nameSize(static_cast<std::uint32_t>(name.size())),
+      namePos(static_cast<std::uint32_t>(position)),
+      valuePos(namePos + nameSize + 1),
+      valueLength(kUnclosed) {
+  const NameKey key(name);
+  words = key.whole ? fold::Lowered(key.words) : key.words;
+}
+
+// Gives an entry the value that ends at this ")".
+void TagText::TrimValue(Entry& entry, std::size_t close) const {
+  const std::size_t begin = entry.BehindOpen();
+  const std::string_view value = Trim(std::string_view(text_).substr(begin, close - begin));
+  entry.valuePos =
+      static_cast<std::uint32_t>(value.empty() ? begin : std::size_t(value.data() - text_.data()));
+  entry.valueLength = static_cast<std::uint32_t>(value.size());
+}
+
 const TagText::Entry* TagText::FindEntry(std::string_view tag) const {
   if (!indexed_) BuildIndex();
   if (slots_.empty()) return nullptr;
-  const auto hash = static_cast<std::uint32_t>(HashNoCase(tag));
+  const std::uint32_t entry = slots_[FindSlot(NameKey(tag), tag)];
+  return entry ? &entries_[entry - 1] : nullptr;
+}
+
+// The slot of a name, or the free one where it would stand.
+std::size_t TagText::FindSlot(const NameKey& key, std::string_view name) const {
   const std::size_t mask = slots_.size() - 1;
-  for (std::size_t i = hash & mask; slots_[i] != 0; i = (i + 1) & mask) {
+  for (std::size_t i = fold::HashName(key.words, name.size()) & mask;; i = (i + 1) & mask) {
+    if (slots_[i] == 0) return i;
     const Entry& entry = entries_[slots_[i] - 1];
-    if (entry.hash == hash && EqualNoCase(NameOf(entry), tag)) return &entry;
+    if (entry.nameSize != name.size()) continue;
+    if (key.whole ? entry.words == key.words || entry.words == fold::Lowered(key.words)
+                  : entry.words == key.words && EqualNoCase(NameOf(entry), name))
+      return i;
   }
-  return nullptr;
 }
 
 void TagText::BuildIndex() const {
@@ -140,15 +188,10 @@ void TagText::CollectEntries() const {
     } else if (c == '(') {
       open.push_back(comma == npos ? kNoEntry : static_cast<std::uint32_t>(entries_.size()));
       if (comma == npos) continue;
-      const std::string_view name(text_.data() + comma + 1, i - comma - 1);
-      entries_.push_back({static_cast<std::uint32_t>(HashNoCase(name)), static_cast<std::uint32_t>(comma + 1),
-                          static_cast<std::uint32_t>(name.size()), kUnclosed});
+      entries_.emplace_back(std::string_view(text_).substr(comma + 1, i - comma - 1), comma + 1);
       comma = npos;
     } else if (c == ')' && !open.empty()) {
-      if (open.back() != kNoEntry) {
-        Entry& entry = entries_[open.back()];
-        entry.valueLength = static_cast<std::uint32_t>(i) - entry.ValuePos();
-      }
+      if (open.back() != kNoEntry) TrimValue(entries_[open.back()], i);
       open.pop_back();
     }
   }
@@ -157,13 +200,8 @@ void TagText::CollectEntries() const {
 // Enters the entry at this position (from 1), unless an earlier one has its name.
 void TagText::InsertSlot(std::uint32_t entry) const {
   const Entry& added = entries_[entry - 1];
-  const std::size_t mask = slots_.size() - 1;
-  std::size_t i = added.hash & mask;
-  for (; slots_[i] != 0; i = (i + 1) & mask) {
-    const Entry& other = entries_[slots_[i] - 1];
-    if (other.hash == added.hash && EqualNoCase(NameOf(other), NameOf(added))) return;
-  }
-  slots_[i] = entry;
+  const std::size_t slot = FindSlot(NameKey(NameOf(added)), NameOf(added));
+  if (slots_[slot] == 0) slots_[slot] = entry;
 }
 
 void TagText::FillSlots() const {
@@ -180,16 +218,20 @@ bool TagText::KeepsIndex(const Place& place, std::string_view value) const {
   return behind == text_.size() || text_[behind] == ',' || !(HasComma(old) || HasComma(value));
 }
 
-// Brings the entries into step with the new length of one value: those behind it move, and it and those
-// around it become longer or shorter.
+// Brings the entries into step with the new length of one value: those behind it move, and those around it
+// become longer or shorter.
 void TagText::MoveEntries(const Place& place, std::size_t newLength) {
   const auto growth =
       static_cast<std::uint32_t>(newLength - place.valueLength);  // may wrap, and so do the sums
   for (Entry& entry : entries_) {
-    if (entry.namePos > place.valuePos)
+    if (entry.namePos > place.valuePos) {
       entry.namePos += growth;
-    else if (entry.valueLength != kUnclosed && entry.ValuePos() + entry.valueLength >= place.valuePos)
+      entry.valuePos += growth;
+    } else if (entry.BehindOpen() == place.valuePos) {
+      TrimValue(entry, place.valuePos + newLength);
+    } else if (entry.valueLength != kUnclosed && entry.valuePos + entry.valueLength > place.valuePos) {
       entry.valueLength += growth;
+    }
   }
   indexed_ = true;
 }

@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/CaseFold.h"
+
 namespace kvr {
 
 class TagText {
@@ -30,7 +32,7 @@ class TagText {
   // its closing parenthesis is missing.
   std::optional<std::string_view> Find(std::string_view tag) const;
   // "" when there is no such tag.
-  std::string_view Value(std::string_view tag) const { return Find(tag).value_or(std::string_view{}); }
+  std::string_view Value(std::string_view tag) const;
 
   // Replaces what stands between the parentheses of the first match, or appends the tag with its name as
   // given. Without a closing parenthesis nothing changes. True if the text is another one now.
@@ -41,13 +43,23 @@ class TagText {
  private:
   static constexpr std::uint32_t kUnclosed = 0xFFFFFFFF;
 
-  // One ",name(" of the text; its value begins behind the "(".
+  // What a name is found by: its bytes where it is short and ASCII, else a hash.
+  struct NameKey {
+    explicit NameKey(std::string_view name);
+
+    fold::NameWords words;
+    bool whole;
+  };
+  // One ",name(" of the text and its value, which begins behind the "(" and the blanks there.
   struct Entry {
-    std::uint32_t hash;  // of the lower-cased name
+    Entry(std::string_view name, std::size_t namePos);
+    std::size_t BehindOpen() const { return std::size_t{namePos} + nameSize + 1; }
+
+    fold::NameWords words;  // as in the key, the bytes lower-cased
+    std::uint32_t nameSize;
     std::uint32_t namePos;
-    std::uint32_t nameLength;
-    std::uint32_t valueLength;  // up to the closing ")"; kUnclosed when it is missing
-    std::uint32_t ValuePos() const { return namePos + nameLength + 1; }
+    std::uint32_t valuePos;
+    std::uint32_t valueLength;  // without the blanks at its end; kUnclosed when the closing ")" is missing
   };
   // Where the first match of a tag stands.
   struct Place {
@@ -55,6 +67,7 @@ class TagText {
   };
 
   std::optional<Place> Locate(std::string_view tag) const;
+  bool SearchedOnly(std::string_view tag) const;
   std::optional<Place> Search(std::string_view tag) const;
   const Entry* FindEntry(std::string_view tag) const;
   void BuildIndex() const;
@@ -62,8 +75,14 @@ class TagText {
   void InsertSlot(std::uint32_t entry) const;
   void FillSlots() const;
   std::string_view NameOf(const Entry& entry) const {
-    return {text_.data() + entry.namePos, entry.nameLength};
+    return std::string_view(text_).substr(entry.namePos, entry.nameSize);
   }
+  std::string_view ValueOf(const Entry& entry) const {
+    if (entry.valueLength == kUnclosed) return {};
+    return {text_.data() + entry.valuePos, entry.valueLength};
+  }
+  std::size_t FindSlot(const NameKey& key, std::string_view name) const;
+  void TrimValue(Entry& entry, std::size_t close) const;
   bool KeepsIndex(const Place& place, std::string_view value) const;
   void MoveEntries(const Place& place, std::size_t newLength);
   void Changed();

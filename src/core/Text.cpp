@@ -7,44 +7,20 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 
 namespace kvr {
 namespace {
 
-constexpr std::uint64_t kHighBits = 0x8080808080808080u;
+using fold::kHighBits;
+using fold::LoadWord;
+using fold::LowerWord;
 
 constexpr char LowerAscii(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
 }
 constexpr bool IsAscii(char c) {
   return static_cast<unsigned char>(c) < 0x80;
-}
-
-std::uint64_t LoadWord(const char* p) {
-  std::uint64_t word;
-  std::memcpy(&word, p, sizeof word);
-  return word;
-}
-
-std::uint64_t LoadHalf(const char* p) {
-  std::uint32_t half;
-  std::memcpy(&half, p, sizeof half);
-  return half;
-}
-
-// The last one to seven bytes of a text as a word that is the same only for the same bytes; some may stand in
-// it twice.
-std::uint64_t LoadTail(const char* p, std::size_t length) {
-  if (length >= 4) return LoadHalf(p) | LoadHalf(p + length - 4) << 32;
-  const auto byte = [p](std::size_t i) { return std::uint64_t{static_cast<unsigned char>(p[i])}; };
-  return byte(0) | byte(length / 2) << 8 | byte(length - 1) << 16;
-}
-
-// Lower case of eight ASCII bytes at once: the sums raise the high bit from 'A' on and from behind 'Z' on.
-std::uint64_t LowerAsciiWord(std::uint64_t word) {
-  const std::uint64_t fromA = word + 0x3F3F3F3F3F3F3F3Fu;
-  const std::uint64_t behindZ = word + 0x2525252525252525u;
-  return word | ((fromA & ~behindZ & kHighBits) >> 2);
 }
 
 struct LoweredLetter {
@@ -102,23 +78,10 @@ std::size_t FindFirstByte(std::string_view text, char c, std::size_t from, std::
   const char lower = LowerAscii(c);
   const std::string_view part = text.substr(0, end);
   if (lower < 'a' || lower > 'z') return part.find(lower, from);
-  constexpr std::uint64_t kOnes = 0x0101010101010101u;
-  const std::uint64_t wanted = kOnes * static_cast<unsigned char>(lower);
   std::size_t i = from;
-  for (; i + 8 <= end; i += 8) {
-    // A byte of `apart` is zero where the letter stands; the usual test for a zero byte stops there.
-    const std::uint64_t apart = (LoadWord(text.data() + i) | kOnes * 0x20) ^ wanted;
-    if ((apart - kOnes) & ~apart & kHighBits) break;
-  }
+  while (i + 8 <= end && !fold::HasByte(LoadWord(text.data() + i) | fold::kOnes * 0x20, lower)) i += 8;
   while (i < end && (text[i] | 0x20) != lower) ++i;
   return i < end ? i : npos;
-}
-
-// Folds the whole product, so that every bit of the word reaches both ends of the hash.
-std::uint64_t Mix(std::uint64_t hash, std::uint64_t word) {
-  __extension__ using Product = unsigned __int128;
-  const Product product = static_cast<Product>(hash ^ word) * 0x9E3779B97F4A7C15u;
-  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
 
 }  // namespace
@@ -146,13 +109,6 @@ std::string UCase(std::string_view text) {
   return raised;
 }
 
-std::string_view Trim(std::string_view text) {
-  std::size_t begin = 0, end = text.size();
-  while (begin < end && text[begin] == ' ') ++begin;
-  while (end > begin && text[end - 1] == ' ') --end;
-  return text.substr(begin, end - begin);
-}
-
 void TrimInPlace(std::string& text) {
   const std::string_view trimmed = Trim(text);
   if (trimmed.size() == text.size()) return;
@@ -161,19 +117,14 @@ void TrimInPlace(std::string& text) {
   text.erase(0, begin);
 }
 
-bool EqualNoCase(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
+bool EqualLongNoCase(std::string_view a, std::string_view b) {
   std::size_t i = 0;
   for (; i + 8 <= a.size(); i += 8) {
     const std::uint64_t x = LoadWord(a.data() + i), y = LoadWord(b.data() + i);
-    if ((x | y) & kHighBits) return EqualLetters(a.substr(i), b.substr(i));
-    if (LowerAsciiWord(x) != LowerAsciiWord(y)) return false;
+    if ((x | y) & kHighBits) break;
+    if (LowerWord(x) != LowerWord(y)) return false;
   }
-  const std::size_t rest = a.size() - i;
-  if (rest == 0) return true;
-  const std::uint64_t x = LoadTail(a.data() + i, rest), y = LoadTail(b.data() + i, rest);
-  if ((x | y) & kHighBits) return EqualLetters(a.substr(i), b.substr(i));
-  return LowerAsciiWord(x) == LowerAsciiWord(y);
+  return EqualLetters(a.substr(i), b.substr(i));
 }
 
 bool StartsWithNoCase(std::string_view text, std::string_view head) {
@@ -202,25 +153,19 @@ bool IsSet(std::string_view value) {
   return !value.empty() && value != "0" && !EqualNoCase(value, "no");
 }
 
-std::uint64_t HashNoCase(std::string_view text) {
-  std::uint64_t hash = (text.size() + 1) * 0xBF58476D1CE4E5B9u;
+std::uint64_t HashLongNoCase(std::string_view text) {
+  std::uint64_t hash = text.size() * 0xBF58476D1CE4E5B9u;
   std::uint64_t seen = 0;
-  std::size_t i = 0;
-  for (; i + 8 <= text.size(); i += 8) {
-    const std::uint64_t word = LoadWord(text.data() + i);
+  const auto mix = [&](std::uint64_t word) {
     seen |= word;
-    hash = Mix(hash, LowerAsciiWord(word));
+    hash = fold::FoldedProduct(hash ^ LowerWord(word), 0x9E3779B97F4A7C15u);
+  };
+  if (text.size() >= 8) {
+    for (std::size_t i = 0; i + 8 < text.size(); i += 8) mix(LoadWord(text.data() + i));
+    mix(LoadWord(text.data() + text.size() - 8));
+    if ((seen & kHighBits) == 0) return hash;
   }
-  if (i < text.size()) {
-    const std::uint64_t word = LoadTail(text.data() + i, text.size() - i);
-    seen |= word;
-    hash = Mix(hash, LowerAsciiWord(word));
-  }
-  if (seen & kHighBits) {
-    const std::string lowered = LCase(text);
-    hash = std::hash<std::string_view>()(lowered);
-  }
-  return Mix(hash, 0xBF58476D1CE4E5B9u);
+  return std::hash<std::string>()(LCase(text));
 }
 
 }  // namespace kvr

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/CaseFold.h"
+
 namespace kvr {
 
 inline constexpr std::size_t npos = std::string_view::npos;
@@ -21,11 +23,22 @@ void LCaseInPlace(std::string& text);
 std::string UCase(std::string_view text);
 
 // Removes blanks (0x20, nothing else) from both ends.
-std::string_view Trim(std::string_view text);
+inline std::string_view Trim(std::string_view text) {
+  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
+  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+  return text;
+}
 void TrimInPlace(std::string& text);
 
 // Comparison of lower-cased copies, without making them.
-bool EqualNoCase(std::string_view a, std::string_view b);
+bool EqualLongNoCase(std::string_view a, std::string_view b);  // of equal length
+inline bool EqualNoCase(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  if (a.size() > fold::kShortName) return EqualLongNoCase(a, b);
+  const fold::NameWords x = fold::LoadName(a), y = fold::LoadName(b);
+  if (!x.IsAscii() || !y.IsAscii()) return EqualLongNoCase(a, b);
+  return x == y || fold::Lowered(x) == fold::Lowered(y);
+}
 bool StartsWithNoCase(std::string_view text, std::string_view head);
 bool EndsWithNoCase(std::string_view text, std::string_view tail);
 
@@ -40,6 +53,11 @@ inline bool ContainsNoCase(std::string_view text, std::string_view pattern) {
 bool IsSet(std::string_view value);
 
 // A 64-bit hash of the lower-cased text; equal for texts that differ only in case.
-std::uint64_t HashNoCase(std::string_view text);
+std::uint64_t HashLongNoCase(std::string_view text);
+inline std::uint64_t HashNoCase(std::string_view text) {
+  if (text.size() > fold::kShortName) return HashLongNoCase(text);
+  const fold::NameWords words = fold::LoadName(text);
+  return words.IsAscii() ? fold::HashName(words, text.size()) : HashLongNoCase(text);
+}
 
 }  // namespace kvr
