@@ -25,8 +25,8 @@ bool HasParens(std::string_view text) {
 bool HasNameMark(std::string_view tag) {
   if (tag.size() > fold::kShortName) return HasComma(tag) || HasParens(tag);
   const fold::NameWords words = fold::LoadName(tag);
-  return (fold::HasByte(words.first, ',') | fold::HasByte(words.last, ',') | fold::HasByte(words.first, '(') |
-          fold::HasByte(words.last, '(')) != 0;
+  constexpr std::uint64_t kOtherBits = ~(fold::kOnes * (',' ^ '('));  // the marks differ in one bit
+  return (fold::HasByte(words.first & kOtherBits, '(') | fold::HasByte(words.last & kOtherBits, '(')) != 0;
 }
 
 }  // namespace
@@ -39,9 +39,9 @@ const std::string& TagText::LowerText() const {
   return lower_;
 }
 
-void TagText::Changed() {
+void TagText::Changed(bool keepsIndex) {
   ++revision_;
-  indexed_ = false;
+  if (!keepsIndex) slots_.clear();
 }
 
 void TagText::Assign(std::string text) {
@@ -55,10 +55,10 @@ void TagText::Append(std::string_view name, std::string_view value) {
   std::string item;  // made apart, since name and value may lie in the text
   item.reserve(name.size() + value.size() + 3);
   item.append(1, ',').append(name).append(1, '(').append(value).append(1, ')');
-  const bool keepsIndex = indexed_ && !HasParens(name) && !HasComma(name) && !HasParens(value) &&
+  const bool keepsIndex = !slots_.empty() && !HasParens(name) && !HasComma(name) && !HasParens(value) &&
                           comma + item.size() < kLargestIndexed;
   text_ += item;
-  Changed();
+  Changed(keepsIndex);
   if (!keepsIndex) return;
   Entry& entry = entries_.emplace_back(std::string_view(text_).substr(comma + 1, nameSize), comma + 1);
   TrimValue(entry, text_.size() - 1);
@@ -66,7 +66,6 @@ void TagText::Append(std::string_view name, std::string_view value) {
     FillSlots();
   else
     InsertSlot(static_cast<std::uint32_t>(entries_.size()));
-  indexed_ = true;
 }
 
 std::string_view TagText::Value(std::string_view tag) const {
@@ -91,7 +90,7 @@ bool TagText::Set(std::string_view tag, std::string_view value) {
   const std::size_t newLength = value.size();
   const bool keepsIndex = KeepsIndex(*place, value);
   text_.replace(place->valuePos, place->valueLength, value);
-  Changed();
+  Changed(keepsIndex);
   if (keepsIndex) MoveEntries(*place, newLength);
   return true;
 }
@@ -129,7 +128,13 @@ TagText::NameKey::NameKey(std::string_view name) : whole(name.size() <= fold::kS
   if (whole) words = fold::LoadName(name);
   whole = whole && words.IsAscii();
   if (!whole) words = {HashLongNoCase(name), fold::kHighBits};
+  hash = static_cast<std::uint32_t>(fold::HashName(words, name.size()));
 }
+
+TagText::NameKey::NameKey(const Entry& entry)
+    : words(entry.words),
+      hash(static_cast<std::uint32_t>(fold::HashName(entry.words, entry.nameSize))),
+      whole(entry.words.IsAscii()) {}
 
 TagText::Entry::Entry(std::string_view name, std::size_t position)
     : nameSize(static_cast<std::uint32_t>(name.size())),
@@ -150,37 +155,38 @@ void TagText::TrimValue(Entry& entry, std::size_t close) const {
 }
 
 const TagText::Entry* TagText::FindEntry(std::string_view tag) const {
-  if (!indexed_) BuildIndex();
-  if (slots_.empty()) return nullptr;
-  const std::uint32_t entry = slots_[FindSlot(NameKey(tag), tag)];
-  return entry ? &entries_[entry - 1] : nullptr;
+  if (slots_.empty()) BuildIndex();
+  const Slot& slot = FindSlot(NameKey(tag), tag);
+  return slot.entry != 0 ? &entries_[slot.entry - 1] : nullptr;
 }
 
 // The slot of a name, or the free one where it would stand.
-std::size_t TagText::FindSlot(const NameKey& key, std::string_view name) const {
+TagText::Slot& TagText::FindSlot(const NameKey& key, std::string_view name) const {
   const std::size_t mask = slots_.size() - 1;
-  for (std::size_t i = fold::HashName(key.words, name.size()) & mask;; i = (i + 1) & mask) {
-    if (slots_[i] == 0) return i;
-    const Entry& entry = entries_[slots_[i] - 1];
+  for (std::size_t i = key.hash & mask;; i = (i + 1) & mask) {
+    Slot& slot = slots_[i];
+    if (slot.entry == 0) return slot;
+    if (slot.hash != key.hash) continue;
+    const Entry& entry = entries_[slot.entry - 1];
     if (entry.nameSize != name.size()) continue;
     if (key.whole ? entry.words == key.words || entry.words == fold::Lowered(key.words)
                   : entry.words == key.words && EqualNoCase(NameOf(entry), name))
-      return i;
+      return slot;
   }
 }
 
 void TagText::BuildIndex() const {
   entries_.clear();
-  slots_.clear();
   if (text_.size() < kLargestIndexed) CollectEntries();
-  if (!entries_.empty()) FillSlots();
-  indexed_ = true;
+  FillSlots();
 }
 
 void TagText::CollectEntries() const {
   constexpr std::uint32_t kNoEntry = 0xFFFFFFFF;
   std::vector<std::uint32_t> open;  // the entries of the parentheses that are open
   std::size_t comma = npos;         // the last one with no "(" behind it
+  open.reserve(16);
+  entries_.reserve(std::min<std::size_t>(text_.size() / 16, 64));
   for (std::size_t i = 0; i < text_.size(); ++i) {
     const char c = text_[i];
     if (c == ',') {
@@ -199,13 +205,13 @@ void TagText::CollectEntries() const {
 
 // Enters the entry at this position (from 1), unless an earlier one has its name.
 void TagText::InsertSlot(std::uint32_t entry) const {
-  const Entry& added = entries_[entry - 1];
-  const std::size_t slot = FindSlot(NameKey(NameOf(added)), NameOf(added));
-  if (slots_[slot] == 0) slots_[slot] = entry;
+  const NameKey key(entries_[entry - 1]);
+  Slot& slot = FindSlot(key, NameOf(entries_[entry - 1]));
+  if (slot.entry == 0) slot = {key.hash, entry};
 }
 
 void TagText::FillSlots() const {
-  slots_.assign(std::bit_ceil(std::max<std::size_t>(entries_.size() * 2, 16)), 0);
+  slots_.assign(std::bit_ceil(std::max<std::size_t>(entries_.size() * 2, 16)), Slot());
   for (std::uint32_t entry = 1; entry <= entries_.size(); ++entry) InsertSlot(entry);
 }
 
@@ -233,7 +239,6 @@ void TagText::MoveEntries(const Place& place, std::size_t newLength) {
       entry.valueLength += growth;
     }
   }
-  indexed_ = true;
 }
 
 }  // namespace kvr

@@ -43,11 +43,14 @@ class TagText {
  private:
   static constexpr std::uint32_t kUnclosed = 0xFFFFFFFF;
 
+  struct Entry;
   // What a name is found by: its bytes where it is short and ASCII, else a hash.
   struct NameKey {
     explicit NameKey(std::string_view name);
+    explicit NameKey(const Entry& entry);
 
     fold::NameWords words;
+    std::uint32_t hash;
     bool whole;
   };
   // One ",name(" of the text and its value, which begins behind the "(" and the blanks there.
@@ -60,6 +63,10 @@ class TagText {
     std::uint32_t namePos;
     std::uint32_t valuePos;
     std::uint32_t valueLength;  // without the blanks at its end; kUnclosed when the closing ")" is missing
+  };
+  struct Slot {
+    std::uint32_t hash = 0;
+    std::uint32_t entry = 0;  // from 1; 0 for a free slot
   };
   // Where the first match of a tag stands.
   struct Place {
@@ -81,18 +88,17 @@ class TagText {
     if (entry.valueLength == kUnclosed) return {};
     return {text_.data() + entry.valuePos, entry.valueLength};
   }
-  std::size_t FindSlot(const NameKey& key, std::string_view name) const;
+  Slot& FindSlot(const NameKey& key, std::string_view name) const;
   void TrimValue(Entry& entry, std::size_t close) const;
   bool KeepsIndex(const Place& place, std::string_view value) const;
   void MoveEntries(const Place& place, std::size_t newLength);
-  void Changed();
+  void Changed(bool keepsIndex = false);
 
   std::string text_;
   std::uint32_t revision_ = 0;
-  mutable bool indexed_ = false;
   mutable std::vector<Entry> entries_;  // in text order
-  mutable std::vector<std::uint32_t>
-      slots_;  // hash table of positions in entries_ from 1; the first of a name only
+  // There is no index while this is empty.
+  mutable std::vector<Slot> slots_;  // hash table over entries_; the first of a name only
   mutable std::string lower_;
   mutable std::uint32_t lowerRevision_ = 0xFFFFFFFF;
 };
