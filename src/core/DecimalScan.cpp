@@ -19,9 +19,10 @@ bool IsGap(char c) {
   return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
+template <Gaps gaps>
 class Scanner {
  public:
-  Scanner(std::string_view text, Gaps gaps) : text_(text), skip_(gaps == Gaps::Skipped) {}
+  explicit Scanner(std::string_view text) : text_(text) {}
 
   DecimalScan Scan() {
     const char sign = Peek();
@@ -46,7 +47,7 @@ class Scanner {
  private:
   // The next character of the number; NUL at the end.
   char Peek() {
-    if (skip_)
+    if (gaps == Gaps::Skipped)
       while (at_ < text_.size() && IsGap(text_[at_])) ++at_;
     return at_ < text_.size() ? text_[at_] : '\0';
   }
@@ -81,7 +82,6 @@ class Scanner {
   }
 
   std::string_view text_;
-  bool skip_;
   std::size_t at_ = 0;
   DecimalScan number_;
 };
@@ -100,7 +100,7 @@ std::string PlainNumber(std::string_view text) {
 }  // namespace
 
 DecimalScan ScanDecimal(std::string_view text, Gaps gaps) {
-  return Scanner(text, gaps).Scan();
+  return gaps == Gaps::None ? Scanner<Gaps::None>(text).Scan() : Scanner<Gaps::Skipped>(text).Scan();
 }
 
 std::optional<double> DecimalValue(const DecimalScan& number, std::string_view text) {

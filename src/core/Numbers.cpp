@@ -50,7 +50,28 @@ Decimal ReadScientific(const char* p, const char* end) {
   return decimal;
 }
 
+// The decimal of a value below 1E9 with at most four decimals, which is what data holds. It has so few digits
+// that no other decimal of 15 digits is the same double. The count is 0 for any other value.
+Decimal FewDecimals(double value) {
+  Decimal decimal;
+  double scale = 10;
+  for (int decimals = 1; decimals <= 4 && std::abs(value) < 1e9; ++decimals, scale *= 10) {
+    const double units = std::nearbyint(value * scale);
+    if (units == 0 || units / scale != value) continue;
+    char* const end = std::to_chars(decimal.digits, decimal.digits + sizeof decimal.digits,
+                                    static_cast<std::int64_t>(std::abs(units)))
+                          .ptr;
+    decimal.negative = value < 0;
+    decimal.count = static_cast<int>(end - decimal.digits);
+    decimal.exponent = decimal.count - 1 - decimals;
+    break;
+  }
+  return decimal;
+}
+
 Decimal ShortestDecimal(double value) {
+  const Decimal few = FewDecimals(value);
+  if (few.count > 0) return few;
   char buffer[32];
   const auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific);
   return ReadScientific(buffer, result.ptr);
@@ -166,11 +187,11 @@ Whole RoundedInto(double value) {
   return static_cast<Whole>(rounded);
 }
 
-// Rounding to 15 digits without making the text. The value is scaled to a whole number of 15 digits; the rounding
-// error of that product is known exactly, so only a tie is left to the text. Whole number and power of ten are exact
-// doubles, so their quotient is the nearest double, as reading the text would give it.
+// Rounding to 15 digits without making the text. The value is scaled to a whole number of 15 digits; the
+// rounding error of that product is known exactly, so only a tie is left to the text. Whole number and power
+// of ten are exact doubles, so their quotient is the nearest double, as reading the text would give it.
 std::optional<double> RoundScaledTo15(double value) {
-  static constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,
+  static constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
                                        1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
   const double size = std::abs(value);
   if (!(size >= 1e-4 && size < kPlainEnd)) return std::nullopt;

@@ -25,25 +25,13 @@ class CharacterSet {
   std::array<bool, 256> contains_{};
 };
 
-// Compares a word at positions of a text, most of which its first letter rules out.
-class WordMatcher {
- public:
-  explicit WordMatcher(std::string_view word) : word_(word) {
-    const std::string lower = LCase(word.substr(0, 1)), upper = UCase(word.substr(0, 1));
-    lower_ = lower[0];
-    upper_ = upper[0];
-    ascii_ = static_cast<unsigned char>(lower_) < 0x80;
-  }
-  bool MatchesAt(std::string_view text, std::size_t i) const {
-    if (ascii_ && text[i] != lower_ && text[i] != upper_) return false;
-    return StartsWithNoCase(text.substr(i), word_);
-  }
-
- private:
-  std::string_view word_;
-  char lower_, upper_;
-  bool ascii_;
-};
+// The characters where a match of the word can begin, for the same walk.
+std::string FirstCharacters(std::string_view word) {
+  if (static_cast<unsigned char>(word[0]) < 0x80) return LCase(word.substr(0, 1)) + UCase(word.substr(0, 1));
+  std::string beyondAscii;
+  for (int c = 0x80; c <= 0xFF; ++c) beyondAscii += static_cast<char>(c);
+  return beyondAscii;
+}
 
 std::vector<std::string_view> Trimmed(std::vector<std::string_view> tokens) {
   for (std::string_view& token : tokens) token = Trim(token);
@@ -72,10 +60,11 @@ std::vector<std::string_view> ParseWord(std::string_view text, std::string_view 
   std::vector<std::string_view> tokens;
   std::size_t begin = 0;
   if (!word.empty()) {
-    const WordMatcher matcher(word);
+    const CharacterSet noted(FirstCharacters(word), mode);
     NestingLevels levels(mode);
     for (std::size_t i = 0; i < text.size(); ++i) {
-      if (!levels.Step(text[i]) || !matcher.MatchesAt(text, i)) continue;
+      if (!noted.Contains(text[i]) || !levels.Step(text[i])) continue;
+      if (!StartsWithNoCase(text.substr(i), word)) continue;
       tokens.push_back(text.substr(begin, i - begin));
       begin = i + word.size();
       i = begin - 1;
@@ -87,10 +76,12 @@ std::vector<std::string_view> ParseWord(std::string_view text, std::string_view 
 
 std::size_t FindWordTopLevel(std::string_view text, std::string_view word, unsigned mode, std::size_t start) {
   if (word.empty()) return npos;
-  const WordMatcher matcher(word);
+  const CharacterSet noted(FirstCharacters(word), mode);
   NestingLevels levels(mode);
-  for (std::size_t i = start; i < text.size(); ++i)
-    if (levels.Step(text[i]) && matcher.MatchesAt(text, i)) return i;
+  for (std::size_t i = start; i < text.size(); ++i) {
+    if (!noted.Contains(text[i]) || !levels.Step(text[i])) continue;
+    if (StartsWithNoCase(text.substr(i), word)) return i;
+  }
   return npos;
 }
 
