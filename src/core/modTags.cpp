@@ -2,6 +2,9 @@
 // the string, and no malformed text is an error.
 #include "core/modTags.h"
 
+#include <bit>
+#include <cstdint>
+#include <cstring>
 #include <optional>
 
 #include "core/Text.h"
@@ -41,12 +44,6 @@ std::optional<TagPlace> FindClosedTag(std::string_view tagName, std::string_view
   const std::size_t length = FindCloseParen(tagString.substr(value));
   if (length == npos) return std::nullopt;
   return TagPlace{comma, value, value + length};
-}
-
-// First position at or after `from` of a parenthesis; the end of the text when there is none.
-std::size_t NextParen(std::string_view text, std::size_t from) {
-  while (from < text.size() && text[from] != '(' && text[from] != ')') ++from;
-  return from;
 }
 
 void AppendToList(std::string& list, std::string_view separator, std::string_view item) {
@@ -96,6 +93,23 @@ std::string ReturnTagValueExtractingTag(std::string& tagString, std::string_view
 void DeleteTagFromTagString(std::string& tagString, std::string_view tagName) {
   if (const std::optional<TagPlace> place = FindClosedTag(tagName, tagString))
     tagString.erase(place->comma, place->close + 1 - place->comma);
+}
+
+// Eight bytes at a time: "(" and ")" differ in their last bit only, so a byte that is zero after that bit is
+// cleared and the rest compared is a parenthesis. The lowest such byte is exact.
+std::size_t NextParen(std::string_view text, std::size_t from) {
+  if constexpr (std::endian::native == std::endian::little) {
+    constexpr std::uint64_t kOnes = 0x0101010101010101u;
+    for (; from + 8 <= text.size(); from += 8) {
+      std::uint64_t word;
+      std::memcpy(&word, text.data() + from, sizeof word);
+      const std::uint64_t rest = (word & (kOnes * 0xFE)) ^ (kOnes * '(');
+      const std::uint64_t zeros = (rest - kOnes) & ~rest & (kOnes * 0x80);
+      if (zeros != 0) return from + static_cast<std::size_t>(std::countr_zero(zeros)) / 8;
+    }
+  }
+  while (from < text.size() && text[from] != '(' && text[from] != ')') ++from;
+  return from;
 }
 
 std::size_t FindCloseParen(std::string_view text) {

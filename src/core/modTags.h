@@ -39,6 +39,8 @@ inline void DeleteTagFromTagList(std::string& tagList, std::string_view tagName)
   DeleteTagFromTagString(tagList, tagName);
 }
 
+// First position at or after `from` of a parenthesis; the end of the text when there is none.
+std::size_t NextParen(std::string_view text, std::size_t from);
 // 0-based position of the ")" that closes a "(" standing just before `text`; npos when the text ends first.
 // Quotes, brackets and braces have no effect.
 std::size_t FindCloseParen(std::string_view text);

@@ -78,30 +78,64 @@ void GatherModes(std::string& tags, Notes& notes) {
   tags = std::move(rest);
 }
 
+constexpr bool IsQuoteOrBrace(char c) {
+  return c == '"' || c == '{' || c == '}';
+}
+
+bool HoldsQuoteOrBrace(std::string_view text) {
+  return text.find('"') != npos || text.find('{') != npos || text.find('}') != npos;
+}
+
+// True when the quotes and braces of a value cancel out by its end.
+bool QuotesAndBracesClose(std::string_view value) {
+  modNewParser::NestingLevels levels(modNewParser::kQuotes | modNewParser::kBraces);
+  bool top = true;
+  for (char c : value)
+    if (IsQuoteOrBrace(c)) top = levels.Step(c);
+  return top;
+}
+
+bool IsModeTag(std::string_view upToParen) {
+  const std::size_t size = upToParen.size();
+  return size > 1 && (upToParen[size - 2] | 0x20) == 'e' && EndsWithNoCase(upToParen, kModeTag.substr(1));
+}
+
+// Position of the ")" that closes the "(" at `open`; npos when there is none, or when a mode stands on the
+// way.
+std::size_t ClosePlainValue(std::string_view line, std::size_t open) {
+  std::size_t depth = 0;
+  for (std::size_t i = open; i < line.size(); i = modTags::NextParen(line, i + 1)) {
+    if (line[i] == ')') {
+      if (--depth == 0) return i;
+    } else {
+      ++depth;
+      if (IsModeTag(line.substr(0, i + 1))) return npos;
+    }
+  }
+  return npos;
+}
+
 // Splits the line at the commas outside parentheses and calls take(field, number) for each field, trimmed, as
-// long as these are also the commas outside quotes and braces. False when they are not, or when the line
-// holds modes or a stray ")": then what was taken so far is void.
+// long as these are surely the commas outside quotes and braces too. False when they may not be, or when the
+// line holds modes or a stray parenthesis: then what was taken so far is void.
 template <class Take>
 bool ForEachPlainField(std::string_view line, Take&& take) {
-  modNewParser::NestingLevels names(modNewParser::kNames);
-  long depth = 0;
+  const bool hasMarks = HoldsQuoteOrBrace(line);
   std::size_t begin = 0, number = 0;
   for (std::size_t i = 0; i < line.size(); ++i) {
     const char c = line[i];
-    if (c != '(' && c != ')' && c != ',' && c != '"' && c != '{' && c != '}') continue;
-    const bool top = names.Step(c);
-    if (c == '(') {
-      ++depth;
-      if (EndsWithNoCase(line.substr(0, i), kModeTag.substr(1, 7))) return false;
-    } else if (c == ')') {
-      if (--depth < 0) return false;
-    } else if (c == ',' && depth == 0) {
-      if (!top) return false;
+    if (c == ',') {
       take(Trim(line.substr(begin, i - begin)), ++number);
       begin = i + 1;
+    } else if (c == '(') {
+      const std::size_t close = ClosePlainValue(line, i);
+      if (close == npos) return false;
+      if (hasMarks && !QuotesAndBracesClose(line.substr(i, close - i))) return false;
+      i = close;
+    } else if (c == ')' || (hasMarks && IsQuoteOrBrace(c))) {
+      return false;
     }
   }
-  if (depth != 0) return false;
   take(Trim(line.substr(begin)), ++number);
   return true;
 }

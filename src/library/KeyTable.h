@@ -17,7 +17,7 @@ class KeyTable {
   Node* Find(std::uint64_t hash, std::string_view key) const {
     if (slots_.empty()) return nullptr;
     for (std::size_t i = Home(hash); slots_[i].node; i = Next(i))
-      if (slots_[i].hash == hash && EqualNoCase(slots_[i].node->key, key)) return slots_[i].node;
+      if (slots_[i].hash == hash && EqualNoCase(slots_[i].node->Key(), key)) return slots_[i].node;
     return nullptr;
   }
   // The key must not be in the table.

@@ -10,7 +10,7 @@
 #include <compare>
 #include <cstdint>
 #include <memory>
-#include <string>
+#include <new>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -46,9 +46,9 @@ class SortedCollection {
     }
     error_ = 0;
     T* raw = std::to_address(item);
-    auto node = std::make_unique<Node>(std::string(key), hash, order_.size(), std::move(item));
-    order_.push_back({raw, node.get()});
-    table_.Insert(node.release());
+    order_.push_back({raw, nullptr});
+    Node* node = order_.back().node = Node::Make(key, hash, order_.size() - 1, std::move(item));
+    table_.Insert(node);
     return nullptr;
   }
 
@@ -62,7 +62,8 @@ class SortedCollection {
     Node* node = FindNode(key);
     return node ? std::to_address(node->item) : nullptr;
   }
-  const std::string& KeyAt(std::size_t position) const { return EntryAt(position).node->key; }
+  // The view holds as long as the item is in the collection.
+  std::string_view KeyAt(std::size_t position) const { return EntryAt(position).node->Key(); }
   // The position of an item that is in the collection; 0 if it is not.
   std::size_t Position(const T& item) const {
     for (std::size_t i = LowerBound([&](const T& other) { return SortOrder(other, item) < 0; });
@@ -94,13 +95,14 @@ class SortedCollection {
     table_.Erase(node);
     LeaveGap(node->index);
     Holder item = std::move(node->item);
-    delete node;
+    Node::Free(node);
     return item;
   }
   bool Remove(std::string_view key) { return static_cast<bool>(Take(key)); }
-  void RemoveAt(std::size_t position) { Take(std::string(KeyAt(position))); }
+  void RemoveAt(std::size_t position) { Take(KeyAt(position)); }
   void Clear() {
-    for (const Entry& entry : order_) delete entry.node;
+    for (const Entry& entry : order_)
+      if (entry.node) Node::Free(entry.node);
     order_.clear();
     table_.Clear();
     sorted_ = gaps_ = 0;
@@ -121,13 +123,24 @@ class SortedCollection {
   }
 
  private:
+  // The key's characters lie behind the node, in the same piece of memory.
   struct Node {
-    Node(std::string theKey, std::uint64_t theHash, std::size_t theIndex, Holder theItem)
-        : key(std::move(theKey)), hash(theHash), index(theIndex), item(std::move(theItem)) {}
-    std::string key;
     std::uint64_t hash;
     std::size_t index;  // in order_, always
+    std::size_t keyLength;
     Holder item;
+
+    static Node* Make(std::string_view key, std::uint64_t hash, std::size_t index, Holder item) {
+      void* memory = ::operator new(sizeof(Node) + key.size());
+      Node* node = ::new (memory) Node{hash, index, key.size(), std::move(item)};
+      key.copy(reinterpret_cast<char*>(node + 1), key.size());
+      return node;
+    }
+    static void Free(Node* node) {
+      node->~Node();
+      ::operator delete(node);
+    }
+    std::string_view Key() const { return {reinterpret_cast<const char*>(this + 1), keyLength}; }
   };
   struct Entry {
     T* item;

@@ -46,16 +46,29 @@ void clsSystemItem::SetNameExt(std::string_view ext) {
 }
 
 void clsSystemItem::MergeCategories(std::string_view list) {
-  if (list.find(',') == npos) return modTags::InsertItemIntoList(list, category_);
+  if (list.find(',') == npos) return MergeCategory(Trim(list));
   std::unordered_set<std::string> present;
   modNewParser::ForEachToken(category_, ',', modNewParser::kPlain,
                              [&](std::string_view entry) { present.insert(LCase(Trim(entry))); });
   modNewParser::ForEachToken(list, ',', modNewParser::kPlain, [&](std::string_view token) {
     const std::string_view entry = Trim(token);
-    if (entry.empty() || !present.insert(LCase(entry)).second) return;
-    if (!category_.empty()) category_ += ", ";
-    category_ += entry;
+    if (!entry.empty() && present.insert(LCase(entry)).second) AppendCategory(entry);
   });
+}
+
+// The usual case, with nothing built for it.
+void clsSystemItem::MergeCategory(std::string_view entry) {
+  bool present = entry.empty();
+  if (!category_.empty())
+    modNewParser::ForEachToken(category_, ',', modNewParser::kPlain, [&](std::string_view token) {
+      present = present || EqualNoCase(Trim(token), entry);
+    });
+  if (!present) AppendCategory(entry);
+}
+
+void clsSystemItem::AppendCategory(std::string_view entry) {
+  if (!category_.empty()) category_ += ", ";
+  category_ += entry;
 }
 
 std::string clsSystemItem::FullName() const {
@@ -154,16 +167,16 @@ void clsSystemItem::SetTagItem(std::string_view tag, std::string_view value) {
   if (EqualNoCase(tag, "name")) return SetName(trimmed);
   if (EqualNoCase(tag, "nameext")) return SetNameExt(trimmed);
   if (EqualNoCase(tag, "cat")) return SetCategory(trimmed);
-  std::string mark(1, ',');
-  mark.append(tag).append(1, '(');
-  const std::size_t found = FindNoCase(tagList_, mark);
+  const std::size_t found = modTags::FindTag(tag, tagList_);
   if (found == npos) {
-    tagList_ += mark;
+    tagList_ += ',';
+    tagList_ += tag;
+    tagList_ += '(';
     tagList_ += trimmed;
     tagList_ += ')';
     return;
   }
-  const std::size_t begin = found + mark.size();
+  const std::size_t begin = found + tag.size() + 2;
   const std::size_t length = modTags::FindCloseParen(std::string_view(tagList_).substr(begin));
   if (length != npos) tagList_.replace(begin, length, trimmed);
 }

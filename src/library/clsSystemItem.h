@@ -70,6 +70,8 @@ class clsSystemItem {
 
  private:
   bool IsCached() const { return FilePos > 0; }
+  void MergeCategory(std::string_view entry);
+  void AppendCategory(std::string_view entry);
 
   std::string name_, nameExt_, lcaseName_, lcaseNameExt_, category_;
   std::string tagList_;
