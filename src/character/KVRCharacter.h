@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "calc/CalcItem.h"
+#include "calc/SolverState.h"
 #include "calc/clsBonus.h"
 #include "calc/clsTokenCollection.h"
 #include "character/CharacterRecords.h"
@@ -92,6 +93,7 @@ class KVRCharacter final : public CalcItem {
   clsCampaignInfo Campaign;
   clsBody Body;
   clsTokenCollection TokenCache;
+  SolverState Solving;
   std::vector<clsChangeItem> ChangeLog;
 
   std::int32_t Count(ItemType type) const;
