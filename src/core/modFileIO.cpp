@@ -69,6 +69,7 @@ void IniWriteUserFolders(Environment& env) {
 }
 
 void IniReadMRUList(Environment& env) {
+  const TraceScope trace("modFileIO:IniReadMRUList");
   UseSettings(env, "MRUFileList");
   for (std::size_t i = 0; i < env.Config.MRUFiles.size(); ++i)
     env.Config.MRUFiles[i] = env.ini.IniGetText(NumberedKey("MRUFile", i + 1), "");
@@ -76,6 +77,7 @@ void IniReadMRUList(Environment& env) {
 }
 
 void IniWriteMRUList(Environment& env) {
+  const TraceScope trace("modFileIO:IniWriteMRUList");
   UseSettings(env, "MRUFileList");
   for (std::size_t i = 0; i < env.Config.MRUFiles.size(); ++i)
     env.ini.IniPutString(NumberedKey("MRUFile", i + 1), env.Config.MRUFiles[i]);
