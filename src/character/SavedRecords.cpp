@@ -37,6 +37,13 @@ SavedFrame FrameOf(std::string_view record) {
   return frame;
 }
 
+// A list that was cut in the middle of a value gets its parenthesis, so that the last value is read whole.
+std::string_view ClosedTags(std::string_view tags, std::string& closed) {
+  if (tags.empty() || tags.ends_with(')')) return tags;
+  closed = savedText::RepairTagText(tags);
+  return closed;
+}
+
 void LogSkipped(ActivityLog& log, std::string_view record) {
   constexpr std::size_t kShown = 80;
   log.LogRed("Left out, since it has no tag list: " + std::string(record.substr(0, kShown)));
@@ -78,11 +85,12 @@ clsItem* KVRCharacter::AddItemFromSaved(ItemType type, std::string_view record) 
     LogSkipped(env_.log, record);
     return nullptr;
   }
+  std::string closed;
   auto item = std::make_unique<clsItem>();
   item->ItemType = type;
   item->SetParentKey(frame.parentKey);
   item->SetChildKeyList(frame.childKeyList);
-  item->NewTagList(frame.tags);
+  item->NewTagList(ClosedTags(frame.tags, closed));
   item->IDKey = NumberForSaved(frame.idKey, "trait", item->Name());
   if (item->IDKey == 0) {
     savedFile_->doubledItems.emplace_back(type, record);
@@ -108,7 +116,8 @@ void KVRCharacter::AddModFromSaved(std::string_view line) {
   const SavedFrame frame = FrameOf(line);
   if (!frame.complete) return LogSkipped(env_.log, line);
   auto mod = std::make_unique<clsMod>();
-  mod->SetTagList(std::string(frame.tags));
+  std::string closed;
+  mod->SetTagList(std::string(ClosedTags(frame.tags, closed)));
   CalcItem* holder = SavedHolder(savedText::ToLong(frame.parentKey));
   if (!holder) return env_.log.LogRed("Error: Owning item not found for mod: " + mod->FullName());
   if (DepthOf(holder) >= kDeepestModifier) {

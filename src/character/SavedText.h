@@ -64,7 +64,7 @@ void ForEachTag(std::string_view line, F&& f) {
     const std::size_t open = piece.find('(');
     if (open == npos) return;
     std::string_view value = piece.substr(open + 1);
-    if (!value.empty()) value.remove_suffix(1);
+    if (value.ends_with(')')) value.remove_suffix(1);  // not there where a file was cut
     f(Trim(piece.substr(0, open)), value);
   });
 }
