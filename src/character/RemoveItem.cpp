@@ -167,7 +167,7 @@ void KVRCharacter::RemoveMod(CalcItem& owner, std::string_view modKey) {
   RemoveModsFromOwner(*mod);
   RemoveBonusesFromOwner(*mod);
   RemoveConditionalsFromOwner(*mod);
-  mods->Remove(modKey);
+  mods->Remove(KeyTextOf(mod->IDKey));
   if (clsItem* root = owner.RootOwnerItem()) AfterModsChanged(*root);
 }
 

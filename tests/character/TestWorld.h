@@ -9,7 +9,8 @@
 #include "character/KVRCharacter.h"
 #include "core/ScriptedPrompts.h"
 
-namespace kvr {
+// A namespace of its own, since test programs also hold files that use support/TestWorld.h.
+namespace kvr::inline withoutFiles {
 
 struct TestWorld {
   ScriptedPrompts prompts;
@@ -50,4 +51,4 @@ struct TestWorld {
   }
 };
 
-}  // namespace kvr
+}  // namespace kvr::inline withoutFiles
