@@ -170,7 +170,7 @@ TagText::Slot& TagText::FindSlot(const NameKey& key, std::string_view name) cons
     const Entry& entry = entries_[slot.entry - 1];
     if (entry.nameSize != name.size()) continue;
     if (key.whole ? entry.words == key.words || entry.words == fold::Lowered(key.words)
-                  : entry.words == key.words && EqualNoCase(NameOf(entry), name))
+                  : entry.words == key.words && (NameOf(entry) == name || EqualNoCase(NameOf(entry), name)))
       return slot;
   }
 }

@@ -119,10 +119,14 @@ void TrimInPlace(std::string& text) {
 
 bool EqualLongNoCase(std::string_view a, std::string_view b) {
   std::size_t i = 0;
-  for (; i + 8 <= a.size(); i += 8) {
+  while (a.size() - i >= 8) {
     const std::uint64_t x = LoadWord(a.data() + i), y = LoadWord(b.data() + i);
-    if ((x | y) & kHighBits) break;
+    if ((x | y) & kHighBits) return EqualLetters(a.substr(i), b.substr(i));
     if (LowerWord(x) != LowerWord(y)) return false;
+    i += 8;
+    // The last word may overlap the one before.
+    if (i < a.size() && a.size() - i < 8 && (LoadWord(a.data() + a.size() - 8) & kHighBits) == 0)
+      i = a.size() - 8;
   }
   return EqualLetters(a.substr(i), b.substr(i));
 }
