@@ -6,14 +6,14 @@
 
 #include <filesystem>
 
-#include "TestWorld.h"
+#include "RecordWorld.h"
 #include "character/SavedText.h"
 #include "core/clsFileReader.h"
 
 namespace kvr {
 namespace {
 
-std::unique_ptr<KVRCharacter> ReadText(TestWorld& world, const std::string& text) {
+std::unique_ptr<KVRCharacter> ReadText(RecordWorld& world, const std::string& text) {
   auto character = std::make_unique<KVRCharacter>(world.env, world.system);
   clsFileReader reader;
   reader.TextOpen(text, 0, TextEncoding::AlwaysUtf8);
@@ -36,7 +36,7 @@ void AddLogEntry(KVRCharacter& c, const std::string& notes) {
   c.Campaign.Log.push_back(entry);
 }
 
-void AddRichTraits(TestWorld& world) {
+void AddRichTraits(RecordWorld& world) {
   KVRCharacter& c = world.character;
   clsItem& mill =
       world.Put(kAds,
@@ -114,14 +114,14 @@ void AddRichTables(KVRCharacter& c) {
   c.Cats.Add(std::make_unique<clsCategory>(cat), clsSortedCatCollection::KeyOf(cat));
 }
 
-void MakeRich(TestWorld& world) {
+void MakeRich(RecordWorld& world) {
   AddRichTraits(world);
   AddRichTexts(world.character);
   AddRichTables(world.character);
 }
 
 TEST(CharacterFile, EverythingComesBackAndTheSecondSaveIsByteEqual) {
-  TestWorld world;
+  RecordWorld world;
   MakeRich(world);
   const std::string first = world.character.FileText();
   auto read = ReadText(world, first);
@@ -153,7 +153,7 @@ TEST(CharacterFile, EverythingComesBackAndTheSecondSaveIsByteEqual) {
 }
 
 TEST(CharacterFile, NumbersAreWrittenWithAPoint) {
-  TestWorld world;
+  RecordWorld world;
   world.Put(kAds, ",name(Keen),points(2),basepoints(1.5)");
   const std::string text = world.character.FileText();
   EXPECT_NE(text.find(",points(2.0)"), npos);
@@ -166,7 +166,7 @@ TEST(CharacterFile, UnmatchedParenthesesCostNoOtherTag) {
   };
   const Case cases[] = {{"sad :(", "sad :["}, {"glad :)", "glad :]"}, {"x) y(z", "x"}, {"((", "[["}};
   for (const Case& row : cases) {
-    TestWorld world;
+    RecordWorld world;
     clsItem& item = world.Put(kPerks, ",name(A)");
     item.SetTagItem("usernotes", row.value);
     item.SetTagItem("page", "B7");
@@ -195,7 +195,7 @@ TEST(CharacterFile, RichTextStaysOnOneLine) {
 }
 
 TEST(CharacterFile, SectionsAreReadAsTheyStand) {
-  TestWorld world;
+  RecordWorld world;
   auto read = ReadText(
       world, FileOf("[Powers]\r\nidkey(4)|,name(Old Perk)\r\n\r\n[Skills]\r\n[Settings]\r\nruleof(14)\r\n"
                     "[Description]\r\nab\r\n\r\nc<CRLF>d\r\n[Weather]\r\n"
@@ -209,7 +209,7 @@ TEST(CharacterFile, SectionsAreReadAsTheyStand) {
 }
 
 TEST(CharacterFile, TablesOfTheLibraryStayWhereTheFileHasNone) {
-  TestWorld world;
+  RecordWorld world;
   auto character = std::make_unique<KVRCharacter>(world.env, world.system);
   character->DamageBreaks.push_back({7, 2, 7});
   character->BasicDamageList.push_back({1, "1", "0", "1", "0"});
@@ -221,7 +221,7 @@ TEST(CharacterFile, TablesOfTheLibraryStayWhereTheFileHasNone) {
 }
 
 TEST(CharacterFile, BadRecordsAreLeftOutOrRenumbered) {
-  TestWorld world;
+  RecordWorld world;
   auto read = ReadText(
       world,
       FileOf("[Perks]\r\nidkey(5)|,name(First)\r\nidkey(5)|,name(Second)\r\nidkey(7)\r\nidkey(6)|,name(Third)"
@@ -251,7 +251,7 @@ TEST(CharacterFile, BadRecordsAreLeftOutOrRenumbered) {
 }
 
 TEST(CharacterFile, AnOldFormatIsRefused) {
-  TestWorld world;
+  RecordWorld world;
   clsFileReader reader;
   reader.TextOpen("[System]\r\nversion(2.9)\r\n[Perks]\r\nidkey(1)|,name(P)\r\n");
   EXPECT_FALSE(world.character.ReadSections(reader));
@@ -260,7 +260,7 @@ TEST(CharacterFile, AnOldFormatIsRefused) {
 
 TEST(CharacterFile, BodiesOfEarlyVersionsAreRebuilt) {
   for (const auto& [version, rebuilt] : {std::pair{"4.0.314", true}, {"4.0.315", false}, {"4.x", false}}) {
-    TestWorld world;
+    RecordWorld world;
     auto read = ReadText(world, FileOf(std::string("[Author]\r\nBRASK Kivera\r\n") + version +
                                        "\r\nnotice\r\n[Body]\r\nname(Odd)\r\n"));
     EXPECT_EQ(read->Body.Part("Odd") == nullptr, rebuilt) << version;
@@ -268,7 +268,7 @@ TEST(CharacterFile, BodiesOfEarlyVersionsAreRebuilt) {
 }
 
 TEST(CharacterFile, AFileCutAnywhereGivesWhatItHolds) {
-  TestWorld world;
+  RecordWorld world;
   MakeRich(world);
   const std::string whole = world.character.FileText();
   const std::size_t begin = whole.find("[General]");
@@ -289,7 +289,7 @@ TEST(CharacterFile, AFileCutAnywhereGivesWhatItHolds) {
 
 // Bytes of any kind, and a tree of modifiers too deep to be real.
 TEST(CharacterFile, AnythingCanBeRead) {
-  TestWorld world;
+  RecordWorld world;
   std::string noise = FileOf("[Skills]\r\n");
   for (unsigned i = 0, x = 7; i < 200000; ++i)
     noise += static_cast<char>((x = x * 1664525u + 1013904223u) >> 24);
@@ -314,7 +314,7 @@ class CharacterFileOnDisk : public testing::Test {
 
   std::filesystem::path folder_;
   std::string path_;
-  TestWorld world_;
+  RecordWorld world_;
 };
 
 TEST_F(CharacterFileOnDisk, ReadingFinishesLinksAndSumsAndLeavesTheFileAlone) {
