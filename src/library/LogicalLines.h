@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/Text.h"
 #include "core/clsFileReader.h"
 
 namespace kvr {
@@ -25,7 +26,7 @@ class LogicalLines {
   // Number of the physical line in which the last logical line began.
   std::size_t LineNumber() const { return firstLine_; }
   // What the comment that was the last line threw away; "" usually.
-  std::string_view ThrownAway() const { return thrownAway_ ? std::string_view(joined_) : ""; }
+  std::string_view ThrownAway() const { return thrownAway_ ? Trim(joined_) : ""; }
 
  private:
   std::string_view NextPhysicalLine();
