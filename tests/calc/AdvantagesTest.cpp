@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "../character/TestWorld.h"
+#include "character/RecordWorld.h"
 #include "core/Numbers.h"
 
 namespace kvr {
@@ -38,7 +38,7 @@ TEST(Advantages, LevelAndPoints) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.tags) + " bought to " + std::to_string(c.bought));
-    TestWorld world;
+    RecordWorld world;
     clsItem& item = world.Put(kAds, "name(Nerve)," + std::string(c.tags));
     item.SetBaseLevel(c.bought);
     for (int pass = 0; pass < 2; ++pass) {
@@ -53,7 +53,7 @@ TEST(Advantages, LevelAndPoints) {
 }
 
 TEST(Advantages, UsersBonusesAreListedOnce) {
-  TestWorld world;
+  RecordWorld world;
   clsItem& item = world.Put(kAds, "name(Nerve),cost(5/10),baselevel(1),bonuslevels(2),bonuspoints(-3)");
   item.Calculate();
   item.Calculate();
@@ -62,7 +62,7 @@ TEST(Advantages, UsersBonusesAreListedOnce) {
 }
 
 TEST(Advantages, KeptTraitFollowsInLockstep) {
-  TestWorld world;
+  RecordWorld world;
   clsItem& keeper = world.Put(kAds, "name(Wings),cost(5/10),baselevel(3),lockstep(yes)");
   clsItem& kept =
       world.Put(kAds, "name(Feathers),cost(1/2),baselevel(1),keep(" + std::to_string(keeper.IDKey) + ")");
@@ -78,7 +78,7 @@ TEST(Advantages, KeptTraitFollowsInLockstep) {
 // Children of the given costs below a parent of 10 points.
 std::string TotalWithChildren(std::string_view parentTags, ItemType parentType,
                               std::vector<std::string> costs) {
-  TestWorld world;
+  RecordWorld world;
   clsItem& parent = world.Put(parentType, "name(Parent),cost(10),baselevel(1)," + std::string(parentTags));
   for (const std::string& cost : costs) {
     clsItem& child = world.Put(kAds, "name(Child),cost(" + cost + "),baselevel(1)");
@@ -103,7 +103,7 @@ TEST(Advantages, Children) {
 
 TEST(Advantages, OwnedComponents) {
   for (const char* owns : {"yes", "1", "no", "0", ""}) {
-    TestWorld world;
+    RecordWorld world;
     clsItem& owned = world.Put(kAds, "name(Owned),cost(7),baselevel(1),owned(yes)");
     clsItem& loose = world.Put(kAds, "name(Loose),cost(9),baselevel(1)");
     owned.Calculate();

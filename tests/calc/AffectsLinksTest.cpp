@@ -4,9 +4,9 @@
 #include <random>
 #include <set>
 
-#include "../character/TestWorld.h"
 #include "calc/TextAutomaton.h"
 #include "calc/TraitNames.h"
+#include "character/RecordWorld.h"
 
 namespace kvr {
 namespace {
@@ -64,7 +64,7 @@ TEST(AffectsLinks, WhichTextsReferToATrait) {
       {"nameext(only)", kAds, "cat(Fate)", false},
   };
   for (const Case& c : cases) {
-    TestWorld world;
+    RecordWorld world;
     clsItem& item = world.Put(c.type, c.trait);
     clsItem& that = world.Put(kAds, "name(Zed)," + std::string(c.text));
     bool expected = c.linked && !(c.type == kAds && std::string_view(c.trait).find("symbol") != npos);
@@ -73,7 +73,7 @@ TEST(AffectsLinks, WhichTextsReferToATrait) {
 }
 
 TEST(AffectsLinks, SkillsAreReachedByTheirType) {
-  TestWorld world;
+  RecordWorld world;
   for (auto [name, stat] : {std::pair("M/H", "ST:IQ"), std::pair("P/E", "ST:Agility")}) {
     world.character.SkillTypes.push_back(std::make_unique<clsSkillCosts>());
     world.character.SkillTypes.back()->Name = name;
@@ -89,7 +89,7 @@ TEST(AffectsLinks, SkillsAreReachedByTheirType) {
 }
 
 // A character whose names share beginnings, stand inside each other and come twice.
-void FillWithLinkedTraits(TestWorld& world, unsigned seed, int count) {
+void FillWithLinkedTraits(RecordWorld& world, unsigned seed, int count) {
   const char* names[] = {"Gift", "Gifted", "Gift of Sight", "Aim", "Aim High", "ST", "HT", "Arm ST", "Keen"};
   const char* marks[] = {"ST:", "{AD:", " ", "@max(", "::level ", "char::", "damage(", "}", "st"};
   std::mt19937 random(seed);
@@ -114,7 +114,7 @@ void FillWithLinkedTraits(TestWorld& world, unsigned seed, int count) {
 
 TEST(AffectsLinks, AllAtOnceOneByOneAndPairByPairAgree) {
   for (unsigned seed = 1; seed <= 20; ++seed) {
-    TestWorld world;
+    RecordWorld world;
     FillWithLinkedTraits(world, seed, 40);
     KVRCharacter& c = world.character;
     c.CreateAllAffectsLinks();

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "../character/TestWorld.h"
+#include "character/RecordWorld.h"
 #include "core/Numbers.h"
 
 namespace kvr {
@@ -8,7 +8,7 @@ namespace {
 
 // "level points" after each of the steps "+" and "-".
 std::string Steps(ItemType type, const char* tags, std::string_view steps, bool decrementToZero = false) {
-  TestWorld world;
+  RecordWorld world;
   world.env.Config.DecrementToZero = decrementToZero ? -1 : 0;
   clsItem& item = world.Put(type, "name(Nerve)," + std::string(tags));
   item.Calculate();
@@ -34,7 +34,7 @@ TEST(Editing, Steps) {
 }
 
 TEST(Editing, AStepThatALimitUndoesRestoresTheLevelBought) {
-  TestWorld world;
+  RecordWorld world;
   clsItem& keeper = world.Put(kAds, "name(Wings),cost(5/10),baselevel(3),lockstep(1)");
   clsItem& kept =
       world.Put(kAds, "name(Plume),cost(1/2),baselevel(3),keep(" + std::to_string(keeper.IDKey) + ")");
@@ -46,7 +46,7 @@ TEST(Editing, AStepThatALimitUndoesRestoresTheLevelBought) {
 }
 
 TEST(Editing, CountOfEquipment) {
-  TestWorld world;
+  RecordWorld world;
   clsItem& rope = world.Put(kEquipment, "name(Rope),count(1)");
   rope.Increment();
   EXPECT_EQ(rope.TagItem("count"), "2");
@@ -76,7 +76,7 @@ TEST(Editing, SetScoreToALevel) {
       {"cost(5/10)", -3, 0, false},
   };
   for (const Case& c : cases) {
-    TestWorld world;
+    RecordWorld world;
     clsItem& item = world.Put(kPerks, "name(Nerve),baselevel(1)," + std::string(c.tags));
     item.Calculate();
     EXPECT_EQ(item.SetScoreTo(c.wanted), c.reached) << c.tags << c.wanted;
@@ -85,7 +85,7 @@ TEST(Editing, SetScoreToALevel) {
 }
 
 TEST(Editing, LevelsForPointsByType) {
-  TestWorld world;
+  RecordWorld world;
   EXPECT_EQ(world.Put(kAds, "name(Nerve),cost(5/10)").ReturnLevelForPoints(12, true), Currency(3));
   EXPECT_EQ(world.Put(kStats, "name(Vigour),cost(5/10)").ReturnLevelForPoints(12, true), Currency(0));
 }

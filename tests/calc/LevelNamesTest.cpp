@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "../character/TestWorld.h"
+#include "character/RecordWorld.h"
 
 namespace kvr {
 namespace {
@@ -32,7 +32,7 @@ TEST(LevelNames, NamesOfLevels) {
 }
 
 TEST(LevelNames, OfATraitAndItsCaption) {
-  TestWorld world;
+  RecordWorld world;
   clsItem& item =
       world.Put(kAds, "name(Nerve),cost(5/10),levelnames(calm, cold),shortlevelnames([-], c, cc)");
   item.SetLevel(2);

@@ -1,13 +1,13 @@
 #include <gtest/gtest.h>
 
-#include "../character/TestWorld.h"
+#include "character/RecordWorld.h"
 #include "core/Numbers.h"
 
 namespace kvr {
 namespace {
 
 TEST(PointCosts, TotalsByType) {
-  TestWorld world;
+  RecordWorld world;
   KVRCharacter& c = world.character;
   c.Campaign.BasePoints = 100;
   c.Campaign.TotalPoints = 12;
@@ -32,7 +32,7 @@ TEST(PointCosts, TotalsByType) {
 }
 
 TEST(PointCosts, MoneyAndWeightOfEquipment) {
-  TestWorld world;
+  RecordWorld world;
   KVRCharacter& c = world.character;
   clsItem& pack = world.Put(kEquipment, "name(Pack),cost(60.5),weight(3.25),owns(yes)");
   world.Put(kEquipment, "name(Rope),cost(5),weight(2),parentkey(k1)");

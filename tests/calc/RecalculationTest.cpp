@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "../character/TestWorld.h"
+#include "character/RecordWorld.h"
 #include "core/Numbers.h"
 
 namespace kvr {
@@ -16,7 +16,7 @@ std::string Totals(const KVRCharacter& c) {
 }
 
 TEST(Recalculation, AChangeReachesWhatDependsOnItAndNothingElse) {
-  TestWorld world;
+  RecordWorld world;
   KVRCharacter& c = world.character;
   clsItem& agility = world.Put(kStats, "name(Agility),symbol(AG),up(10),step(1),basevalue(10)");
   clsItem& pace = world.Put(kStats, "name(Pace),basevalue(ST:AG / 4)");
@@ -37,7 +37,7 @@ TEST(Recalculation, AChangeReachesWhatDependsOnItAndNothingElse) {
 }
 
 TEST(Recalculation, TwiceChangesNothing) {
-  TestWorld world;
+  RecordWorld world;
   KVRCharacter& c = world.character;
   world.Put(kStats, "name(Zeal),symbol(ZE),up(10),step(1),basevalue(10),level(3)");
   world.Put(kAds, "name(Aura),formula(AD:Mood + ST:ZE),baselevel(1)");
@@ -56,7 +56,7 @@ TEST(Recalculation, TwiceChangesNothing) {
 }
 
 TEST(Recalculation, ParentsAndOwnersHearOfTheirParts) {
-  TestWorld world;
+  RecordWorld world;
   KVRCharacter& c = world.character;
   clsItem& parent = world.Put(kAds, "name(Shape),cost(10),baselevel(1)");
   clsItem& child = world.Put(kAds, "name(Claws),cost(5/10),baselevel(1)");
@@ -77,7 +77,7 @@ TEST(Recalculation, ParentsAndOwnersHearOfTheirParts) {
 }
 
 TEST(Recalculation, CirclesThatSettleSettleAndOthersEndWithALine) {
-  TestWorld world;
+  RecordWorld world;
   KVRCharacter& c = world.character;
   clsItem& left = world.Put(kAds, "name(Left),formula(@min(AD:Right::points + 1, 40)),baselevel(1)");
   clsItem& right = world.Put(kAds, "name(Right),formula(@min(AD:Left::points + 1, 40)),baselevel(1)");
@@ -95,7 +95,7 @@ TEST(Recalculation, CirclesThatSettleSettleAndOthersEndWithALine) {
 }
 
 TEST(Recalculation, ReadersOfTotalsAreCalculatedWhenTotalsChange) {
-  TestWorld world;
+  RecordWorld world;
   KVRCharacter& c = world.character;
   clsItem& tithe = world.Put(kAds, "name(Tithe),formula(char::statcost / 10),baselevel(1)");
   clsItem& vigour = world.Put(kStats, "name(Vigour),up(10),step(1),basevalue(10)");
@@ -121,7 +121,7 @@ struct Suspensions : FrontEndEvents {
 };
 
 TEST(Recalculation, AFailedTraitKeepsItsValuesAndTheOthersGoOn) {
-  TestWorld world;
+  RecordWorld world;
   KVRCharacter& c = world.character;
   clsItem& vigour = world.Put(kStats, "name(Vigour),up(10),step(1),basevalue(10)");
   clsItem& broken = world.Put(kAds, "name(Broken),cost(5/10),upto(ST:Vigour * 1),baselevel(2)");
@@ -183,7 +183,7 @@ TEST(Recalculation, ModifiersMitigate) {
       {"gives", "", "yes", "gives"},
   };
   for (const Case& c : cases) {
-    TestWorld world;
+    RecordWorld world;
     clsItem& item = world.Put(
         kAds, "name(Oath),cost(5),taboofailed(-1),tabootext(x),mitigated(" + std::string(c.tag) + ")");
     std::vector<std::int32_t> mods;

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "../character/TestWorld.h"
+#include "character/RecordWorld.h"
 #include "core/Numbers.h"
 
 namespace kvr {
@@ -41,7 +41,7 @@ TEST(Stats, ScoreAndPointsFromLevel) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.tags) + " at " + std::to_string(c.level));
-    TestWorld world;
+    RecordWorld world;
     clsItem& stat = world.Put(kStats, "name(Vigour)," + std::string(c.tags));
     stat.SetLevel(c.level);
     for (int pass = 0; pass < 2; ++pass) {
@@ -56,7 +56,7 @@ TEST(Stats, ScoreAndPointsFromLevel) {
 }
 
 TEST(Stats, InPlayCostsMoreAndRemembersWhatWasPaid) {
-  TestWorld world;
+  RecordWorld world;
   clsItem& stat = world.Put(kStats, "name(Vigour),up(10),step(1),basevalue(10),inplaymult(2)");
   stat.SetLevel(3);
   stat.Calculate();
@@ -72,7 +72,7 @@ TEST(Stats, InPlayCostsMoreAndRemembersWhatWasPaid) {
 }
 
 TEST(Stats, CalcAStatFallsBackToWrittenBonuses) {
-  TestWorld world;
+  RecordWorld world;
   clsItem& stat = world.Put(kStats, "name(Pace),step(0.25),basevalue(5),syslevels(1),bonuslevels(0.5)");
   std::string key = stat.KeyText();
   EXPECT_EQ(NumberText(world.character.CalcAStat(key, 3)), "7.25");
@@ -101,7 +101,7 @@ TEST(Stats, SetScoreTo) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.tags) + " to " + std::to_string(c.wanted));
-    TestWorld world;
+    RecordWorld world;
     clsItem& stat = world.Put(kStats, "name(Vigour)," + std::string(c.tags));
     stat.Calculate();
     EXPECT_EQ(stat.SetScoreTo(c.wanted), c.reached);
