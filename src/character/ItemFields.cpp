@@ -9,49 +9,6 @@ namespace {
 
 using NumberForm = ItemFields::NumberForm;
 
-// A hash without collisions over the table: the letters that tell the tags apart, times a factor found by the
-// compiler. Every read of a tag begins here, and most are of tags without a field, which the letters in the
-// slot turn away at once.
-constexpr std::size_t kShortest = 4, kLongest = 15, kSlots = 64;
-
-constexpr std::uint32_t Letters(std::string_view tag) {
-  auto letter = [&](std::size_t i) {
-    return static_cast<std::uint32_t>(static_cast<unsigned char>(tag[i]) | 0x20);
-  };
-  return letter(0) | letter(tag.size() - 1) << 8 | letter(tag.size() / 2) << 16 |
-         static_cast<std::uint32_t>(tag.size()) << 24;
-}
-
-struct Dispatch {
-  struct Slot {
-    std::uint32_t letters = 0;  // 0 is no field
-    std::uint32_t field = 0;
-  };
-  std::uint32_t factor = 1;
-  std::array<Slot, kSlots> slots{};
-
-  constexpr std::size_t SlotOf(std::uint32_t letters) const { return (letters * factor) >> 26; }
-};
-
-constexpr bool FillWithoutCollision(Dispatch& dispatch) {
-  dispatch.slots = {};
-  for (std::uint32_t i = 0; i < ItemFields::kTable.size(); ++i) {
-    std::uint32_t letters = Letters(ItemFields::kTable[i].tag);
-    Dispatch::Slot& slot = dispatch.slots[dispatch.SlotOf(letters)];
-    if (slot.letters != 0) return false;
-    slot = {letters, i};
-  }
-  return true;
-}
-
-consteval Dispatch MakeDispatch() {
-  Dispatch dispatch;
-  while (!FillWithoutCollision(dispatch)) dispatch.factor += 0x9E3779B2;
-  return dispatch;
-}
-
-constexpr Dispatch kDispatch = MakeDispatch();
-
 template <class... F>
 struct Overloaded : F... {
   using F::operator()...;
@@ -88,15 +45,6 @@ std::string ListText(const clsItem& item, const ItemField& field, NumberForm for
 }
 
 }  // namespace
-
-const ItemField* ItemFields::Find(std::string_view tag) {
-  if (tag.size() < kShortest || tag.size() > kLongest) return nullptr;
-  const std::uint32_t letters = Letters(tag);
-  const Dispatch::Slot& slot = kDispatch.slots[kDispatch.SlotOf(letters)];
-  if (slot.letters != letters) return nullptr;
-  const ItemField& field = kTable[slot.field];
-  return EqualNoCase(field.tag, tag) ? &field : nullptr;
-}
 
 std::string ItemFields::Read(const clsItem& item, const ItemField& field) {
   return std::visit(Overloaded{[&](std::string clsItem::*text) { return item.*text; },

@@ -9,6 +9,7 @@
 #include <variant>
 
 #include "character/clsItem.h"
+#include "core/Text.h"
 #include "core/modTags.h"
 
 namespace kvr {
@@ -37,6 +38,9 @@ struct ItemField {
 struct ItemFields {
   // nullptr for a tag without a field; any case of letters.
   static const ItemField* Find(std::string_view tag);
+  // What tells the tags of this program apart: three letters in lower case, and the length. Not for an empty
+  // tag.
+  static constexpr std::uint32_t Letters(std::string_view tag);
 
   static std::string Read(const clsItem& item, const ItemField& field);
   // An empty text is zero; error 13 or 6 for a number that is none or does not fit.
@@ -85,5 +89,55 @@ struct ItemFields {
        [](const clsItem& item) { return modTags::CreateListFromStringArray(item.ConditionalList); }},
   }};
 };
+
+constexpr std::uint32_t ItemFields::Letters(std::string_view tag) {
+  auto letter = [&](std::size_t i) {
+    return static_cast<std::uint32_t>(static_cast<unsigned char>(tag[i]) | 0x20);
+  };
+  return letter(0) | letter(tag.size() - 1) << 8 | letter(tag.size() / 2) << 16 |
+         static_cast<std::uint32_t>(tag.size()) << 24;
+}
+
+// A hash without collisions over the table: the letters times a factor found by the compiler. Every read of a
+// tag begins here, and most are of tags without a field, which the letters in the slot turn away at once.
+class ItemFieldDispatch {
+ public:
+  consteval ItemFieldDispatch() {
+    while (!FillWithoutCollision()) factor_ += 0x9E3779B2;
+  }
+  constexpr bool Has(std::uint32_t letters) const { return slots_[SlotOf(letters)].letters == letters; }
+  // The only field that a tag of these letters can have; nullptr for none.
+  constexpr const ItemField* Candidate(std::uint32_t letters) const {
+    const Slot& slot = slots_[SlotOf(letters)];
+    return slot.letters == letters ? &ItemFields::kTable[slot.field] : nullptr;
+  }
+
+ private:
+  struct Slot {
+    std::uint32_t letters = 0;
+    std::uint32_t field = 0;
+  };
+  constexpr std::size_t SlotOf(std::uint32_t letters) const { return (letters * factor_) >> 26; }
+  constexpr bool FillWithoutCollision() {
+    slots_ = {};
+    for (std::uint32_t i = 0; i < ItemFields::kTable.size(); ++i) {
+      std::uint32_t letters = ItemFields::Letters(ItemFields::kTable[i].tag);
+      Slot& slot = slots_[SlotOf(letters)];
+      if (slot.letters != 0) return false;
+      slot = {letters, i};
+    }
+    return true;
+  }
+
+  std::uint32_t factor_ = 1;
+  std::array<Slot, 64> slots_{};
+};
+inline constexpr ItemFieldDispatch kItemFieldDispatch;
+
+inline const ItemField* ItemFields::Find(std::string_view tag) {
+  if (tag.empty()) return nullptr;
+  const ItemField* field = kItemFieldDispatch.Candidate(Letters(tag));
+  return field && EqualNoCase(field->tag, tag) ? field : nullptr;
+}
 
 }  // namespace kvr

@@ -10,7 +10,7 @@
 namespace kvr {
 
 inline bool IsSolvedTag(std::string_view tag) {
-  return !tag.empty() && (tag.back() == '$' || tag.back() == '#');
+  return !tag.empty() && ((tag.back() == '$') | (tag.back() == '#'));
 }
 
 // What the value of such a tag comes to in its context. A failure in it was logged by the solver and reads ""

@@ -22,19 +22,23 @@ std::string SolvedTagValue(std::string_view tag, const std::string& value, CalcI
   }
 }
 
+// Nearly all reads are of plain tags, so whatever is not plain is asked for in one test.
 std::string clsItem::TagItem(std::string_view tag) {
-  if (const ItemField* field = ItemFields::Find(tag)) return ItemFields::Read(*this, *field);
-  if (!IsSolvedTag(tag)) return FreeTagText(tag);
+  if (tag.empty()) return std::string(tags_.Value(tag));
+  const std::uint32_t letters = ItemFields::Letters(tag);
+  const bool isField = kItemFieldDispatch.Has(letters), isGroup = letters == ItemFields::Letters("group");
+  if (isField | isGroup | IsSolvedTag(tag)) return SpecialTag(tag);
+  return std::string(tags_.Value(tag));
+}
+
+std::string clsItem::SpecialTag(std::string_view tag) {
+  if (!IsSolvedTag(tag)) return StoredTag(tag);
   std::optional<std::string_view> formula = tags_.Find(tag);
   return formula ? SolvedTagValue(tag, std::string(*formula), *this) : std::string();
 }
 
 std::string clsItem::StoredTag(std::string_view tag) const {
-  const ItemField* field = ItemFields::Find(tag);
-  return field ? ItemFields::Read(*this, *field) : FreeTagText(tag);
-}
-
-std::string clsItem::FreeTagText(std::string_view tag) const {
+  if (const ItemField* field = ItemFields::Find(tag)) return ItemFields::Read(*this, *field);
   if (EqualNoCase(tag, "group") && tags_.Find("initmods")) return GroupBesideInitMods();
   return std::string(tags_.Value(tag));
 }

@@ -240,7 +240,7 @@ class clsItem final : public CalcItem {
 
   // The value as it stands, formulas unsolved.
   std::string StoredTag(std::string_view tag) const;
-  std::string FreeTagText(std::string_view tag) const;
+  std::string SpecialTag(std::string_view tag);
   std::string GroupBesideInitMods() const;
   void StoreName(std::string& field, std::string& lower, std::string_view text);
   // True, with a log line, for the tags of the name; `request` is "replace" or "insert into".

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "TestWorld.h"
+#include "RecordWorld.h"
 
 namespace kvr {
 namespace {
@@ -19,7 +19,7 @@ TEST(CharacterTags, PropertiesAreReadAndWrittenByName) {
       {"enclevel", "3", "0"},         {"dollarcost", "77", "0"},
       {"my tag", "(own)", "(own)"},   {"sum#", "2*3", "6"},
   };
-  TestWorld world;
+  RecordWorld world;
   world.Put(kAds, "name(Luck)");
   for (const auto& each : cases) {
     world.character.SetTagItem(each.tag, each.written);
@@ -33,7 +33,7 @@ TEST(CharacterTags, PropertiesAreReadAndWrittenByName) {
 }
 
 TEST(CharacterTags, WritingMarksTheCharacterAsChanged) {
-  TestWorld world;
+  RecordWorld world;
   world.character.SetTagItem("totalcost", "5");
   EXPECT_FALSE(world.character.Dirty);
   world.character.SetTagItem("player", "Bo");
@@ -41,7 +41,7 @@ TEST(CharacterTags, WritingMarksTheCharacterAsChanged) {
 }
 
 TEST(CharacterTags, StacksGiveTheLastFirst) {
-  TestWorld world;
+  RecordWorld world;
   KVRCharacter& character = world.character;
   character.PushResponse("a");
   character.PushResponse("b");

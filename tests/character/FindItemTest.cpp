@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "TestWorld.h"
+#include "RecordWorld.h"
 
 namespace kvr {
 namespace {
 
 struct Finding : testing::Test {
-  TestWorld world;
+  RecordWorld world;
   KVRCharacter& character = world.character;
   clsItem& swordSkill = world.Put(kSkills, "name(Sword),nameext(Broad)");
   clsItem& swordPerk = world.Put(kPerks, "name(Sword),nameext(Broad)");

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "TestWorld.h"
+#include "RecordWorld.h"
 
 namespace kvr {
 namespace {
@@ -13,7 +13,7 @@ void AddStat(KVRSystem& system, std::string_view tagList) {
 }
 
 TEST(NewCharacter, TakesItsStartValuesFromTheOptions) {
-  TestWorld world;
+  RecordWorld world;
   world.env.Config.RuleOf = 16;
   world.env.Config.BasePoints = 100;
   world.env.Config.DefaultKCSPath = "c:\\sheets\\";
@@ -35,7 +35,7 @@ TEST(NewCharacter, TakesItsStartValuesFromTheOptions) {
 }
 
 TEST(NewCharacter, HasTheDefaultBodyWithoutOneInTheLibrary) {
-  TestWorld world;
+  RecordWorld world;
   clsBody& body = world.character.Body;
   ASSERT_EQ(body.Parts().size(), 24u);
   EXPECT_EQ(body.Part("skull")->DR, "2");
@@ -55,7 +55,7 @@ TEST(NewCharacter, HasTheDefaultBodyWithoutOneInTheLibrary) {
 }
 
 TEST(NewCharacter, CopiesTheTablesAndTakesAllAttributes) {
-  TestWorld world;
+  RecordWorld world;
   AddStat(world.system, "name(Wits),basevalue(10)");
   AddStat(world.system, "name(Tech Level),basevalue(1)");
   auto type = std::make_unique<clsSkillCosts>();
@@ -77,7 +77,7 @@ TEST(NewCharacter, CopiesTheTablesAndTakesAllAttributes) {
 }
 
 TEST(NewCharacter, HasAStatEvenWithoutAny) {
-  TestWorld world;
+  RecordWorld world;
   world.character.InitStartupValues();
   ASSERT_EQ(world.character.Count(kStats), 1);
   EXPECT_EQ(world.character.Items.Item(std::size_t{1}).Name(), "NO DATA");
@@ -85,7 +85,7 @@ TEST(NewCharacter, HasAStatEvenWithoutAny) {
 }
 
 TEST(NewCharacter, ClearGoesBackToTheStart) {
-  TestWorld world;
+  RecordWorld world;
   KVRCharacter& character = world.character;
   clsItem& item = world.Put(kAds, "name(Luck)");
   world.PutMod(item, "name(M)");

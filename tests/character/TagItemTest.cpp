@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "TestWorld.h"
+#include "RecordWorld.h"
 
 namespace kvr {
 namespace {
@@ -30,7 +30,7 @@ TEST(TagItem, ReadsBackWhatIsWritten) {
       {"itemtype", "Spells", "Skills"},
       {"fullname", "ignored", "Stealth"},
   };
-  TestWorld world;
+  RecordWorld world;
   clsItem& item = world.Put(kSkills, "name(Stealth)");
   for (const Case& each : cases) {
     item.SetTagItem(each.tag, each.written);
@@ -56,7 +56,7 @@ TEST(TagItem, ANumberThatIsNoneLeavesTheFieldAndIsLoggedOnce) {
                         {"score", "12x", "9"},
                         {"needscheck", "yes", "0"}};
   for (const Case& each : cases) {
-    TestWorld world;
+    RecordWorld world;
     clsItem& item = world.Put(kAds, "name(Luck),points(9),level(9),score(9)");
     item.SetTagItem(each.tag, each.written);
     EXPECT_EQ(item.TagItem(each.tag), each.read) << each.tag;
@@ -120,7 +120,7 @@ TEST(TagItem, LooksPastTheGroupInsideInitmods) {
 }
 
 TEST(TagItem, SolvesFormulaTags) {
-  TestWorld world;
+  RecordWorld world;
   clsItem& item = world.Put(kAds, "name(Runner),speed#(2+3),half#(1/8+1),plain(2+3)");
   EXPECT_EQ(item.TagItem("speed#"), "5");
   EXPECT_EQ(item.TagItem("Half#"), "1.125");
@@ -129,7 +129,7 @@ TEST(TagItem, SolvesFormulaTags) {
 }
 
 TEST(TagItem, ANewNameKeepsTheCollectionsInOrder) {
-  TestWorld world;
+  RecordWorld world;
   clsItem& first = world.Put(kAds, "name(Alpha)");
   world.Put(kAds, "name(Beta)");
   first.SetTagItem("name", "Gamma");

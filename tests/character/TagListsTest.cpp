@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "TestWorld.h"
+#include "RecordWorld.h"
 #include "character/modLists.h"
 
 namespace kvr {
@@ -66,7 +66,7 @@ TEST(TagLists, WholeListsHaveTheirOrderAndForm) {
 }
 
 TEST(TagLists, SegmentsChangeTagsAndReportWhatStoodThere) {
-  TestWorld world;
+  RecordWorld world;
   clsItem& item = world.Put(kAds, "name(Luck),cost(10),cat(Old),initmods(A),points(3),f#(1+1)");
   clsItem::SegmentChange replaced = item.TagListSegmentReplace("name(X),cost(5),points(4),new(1),f#(2)");
   EXPECT_FALSE(replaced.complete);
@@ -117,7 +117,7 @@ TEST(TagLists, ChildrenAreListedInOrderOfArrival) {
 }
 
 TEST(TagLists, ClearLeavesKeyFlagAndSkillType) {
-  TestWorld world;
+  RecordWorld world;
   clsItem item;
   item.Owner = &world.character;
   item.NewTagList(

@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "TestWorld.h"
+#include "RecordWorld.h"
 
 namespace kvr {
 namespace {
 
 TEST(Mods, CaptionsSpellOutWhatIsOnThem) {
-  TestWorld world;
+  RecordWorld world;
   clsItem& item = world.Put(kAds, "name(Beam),nameext(Heat),tl(9)");
   EXPECT_EQ(item.FullNameTLExpanded(true), "Beam/TL9 (Heat)");
   clsMod& far = world.PutMod(item, "name(Far),shortname(F),value(+10%),premodsvalue(+20%),cost(10%)");
@@ -23,7 +23,7 @@ TEST(Mods, CaptionsSpellOutWhatIsOnThem) {
 
 // Files may hold anything; a chain of modifiers on modifiers must go without a call for each.
 TEST(Mods, AChainOfAnyDepthIsWalkedAndDropped) {
-  TestWorld world;
+  RecordWorld world;
   clsItem& item = world.Put(kAds, "name(Beam)");
   clsMod* last = &world.PutMod(item, "name(M)");
   for (int i = 0; i < 200000; ++i) last = &world.PutMod(*last, "name(M)");

@@ -1,4 +1,4 @@
-// A world of its own for a test: library, character, scripted prompts.
+// A test world with an empty library and one character, on which records are put with nothing run on them.
 #pragma once
 
 #include <algorithm>
@@ -7,20 +7,14 @@
 #include <string_view>
 
 #include "character/KVRCharacter.h"
-#include "core/ScriptedPrompts.h"
+#include "support/TestWorld.h"
 
-// A namespace of its own, since test programs also hold files that use support/TestWorld.h.
-namespace kvr::inline withoutFiles {
+namespace kvr {
 
-struct TestWorld {
-  ScriptedPrompts prompts;
-  FrontEndEvents events;
-  Environment env{prompts, events};
+struct RecordWorld : TestWorld {
   KVRSystem system{env};
-  std::unique_ptr<KVRCharacter> owned = std::make_unique<KVRCharacter>(env, system);
-  KVRCharacter& character = *owned;
+  KVRCharacter character{env, system};
 
-  // A trait put on the character with nothing run on it.
   clsItem& Put(ItemType type, std::string_view tagList) {
     auto item = std::make_unique<clsItem>();
     clsItem& added = *item;
@@ -33,7 +27,7 @@ struct TestWorld {
     character.ItemsByType[static_cast<std::size_t>(type)].Add(&added, key);
     return added;
   }
-  // A modifier put on a trait or modifier likewise.
+  // On a trait or modifier.
   template <class Holder>
   clsMod& PutMod(Holder& holder, std::string_view tagList) {
     auto mod = std::make_unique<clsMod>();
@@ -51,4 +45,4 @@ struct TestWorld {
   }
 };
 
-}  // namespace kvr::inline withoutFiles
+}  // namespace kvr
