@@ -270,6 +270,14 @@ TEST_F(NestedCreation, EndsWhereTheDataNeverWould) {
   EXPECT_GE(character.Count(kAds), 100);
   EXPECT_LE(character.Count(kAds), 2000);
   EXPECT_LT(calls, 20000);
+  const auto logged = [&](std::string_view text) {
+    const auto& lines = env.log.Lines();
+    return std::any_of(lines.begin(), lines.end(), [&](const LogEntry& line) {
+      return line.level == LogLevel::Red && line.text.find(text) != npos;
+    });
+  };
+  EXPECT_TRUE(logged("what traits bring goes too deep."));
+  EXPECT_TRUE(logged("too many traits come of one."));
 }
 
 TEST_F(NestedCreation, ATraitTakenAwayWhileItIsMadeLeavesNothing) {
