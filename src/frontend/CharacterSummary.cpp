@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include <limits>
+
 #include "core/Numbers.h"
 #include "core/Text.h"
 
@@ -53,17 +55,30 @@ std::string Padded(std::string text, std::size_t width) {
   return text;
 }
 
+// The traits of a type as they are shown: attributes of the main window first, in its order.
+std::vector<clsItem*> ShownTraits(KVRCharacter& character, ItemType type) {
+  std::vector<clsItem*> traits;
+  for (clsItem& item : character.ItemsByType[static_cast<std::size_t>(type)]) {
+    if (IsShown(item)) traits.push_back(&item);
+  }
+  const auto place = [](const clsItem* item) {
+    const double mainWindow = Val(item->FreeTag("mainwin"));
+    return mainWindow > 0 ? mainWindow : std::numeric_limits<double>::infinity();
+  };
+  std::stable_sort(traits.begin(), traits.end(),
+                   [&](const clsItem* a, const clsItem* b) { return place(a) < place(b); });
+  return traits;
+}
+
 void AddSection(std::vector<std::string>& lines, KVRCharacter& character, const SectionTitle& section) {
-  bool titled = false;
-  for (clsItem& item : character.ItemsByType[static_cast<std::size_t>(section.type)]) {
-    if (!IsShown(item)) continue;
-    if (!titled)
-      lines.push_back(fmt::format("{} [{}]", section.title,
-                                  NumberText(character.Cost[static_cast<std::size_t>(section.type)])));
-    titled = true;
-    const std::string indent = item.ParentKey().empty() ? "  " : "    ";
-    lines.push_back(fmt::format("{}{:>6} {}", Padded(indent + item.FullNameTLExpanded(false), kNameWidth),
-                                ValueOf(item), CostOf(item)));
+  const std::vector<clsItem*> traits = ShownTraits(character, section.type);
+  if (traits.empty()) return;
+  const Currency cost = character.Cost[static_cast<std::size_t>(section.type)];
+  lines.push_back(fmt::format("{} [{}]", section.title, NumberText(cost)));
+  for (clsItem* item : traits) {
+    const std::string indent = item->ParentKey().empty() ? "  " : "    ";
+    const std::string name = Padded(indent + item->FullNameTLExpanded(false), kNameWidth);
+    lines.push_back(fmt::format("{}{:>6} {}", name, ValueOf(*item), CostOf(*item)));
   }
 }
 

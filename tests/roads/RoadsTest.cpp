@@ -51,6 +51,18 @@ RoadRun RunRoad(const std::string& name, const fs::path& world) {
   return {WIFEXITED(raw) ? WEXITSTATUS(raw) : 128, ReadFile(out), ReadFile(err)};
 }
 
+// Each file saved a second time, with the one that it was read from.
+std::vector<std::pair<fs::path, fs::path>> FilesSavedAgain(const fs::path& world) {
+  std::vector<std::pair<fs::path, fs::path>> pairs;
+  for (const auto& entry : fs::recursive_directory_iterator(world)) {
+    std::string stem = entry.path().stem().string();
+    if (entry.path().extension() != ".kvr4" || !stem.ends_with(" again")) continue;
+    stem.erase(stem.size() - 6);
+    pairs.emplace_back(entry.path().parent_path() / (stem + ".kvr4"), entry.path());
+  }
+  return pairs;
+}
+
 class Road : public testing::TestWithParam<std::string> {};
 
 TEST_P(Road, LeadsWhereItShould) {
@@ -69,6 +81,9 @@ TEST_P(Road, LeadsWhereItShould) {
   if (!errors.empty()) {
     const std::string heading = run.status == 1 ? "status 1\n" : "";
     EXPECT_EQ(heading + run.err, errors);
+  }
+  for (const auto& [first, second] : FilesSavedAgain(world)) {
+    EXPECT_EQ(ReadFile(first), ReadFile(second)) << second;
   }
   fs::remove_all(world);
 }

@@ -70,10 +70,12 @@ void Tag(BatchRunner& runner, Arguments& arguments) {
 }
 
 void Show(BatchRunner& runner, Arguments& arguments) {
-  for (const modTags::TagItem& tag :
-       modTags::ReturnTagItems(runner.Trait(arguments.LastReference()).TagList())) {
-    if (!tag.name.empty()) runner.Print(fmt::format("{}={}", tag.name, tag.value));
-  }
+  const std::string tagList = runner.Trait(arguments.LastReference()).TagList();
+  modNewParser::ForEachToken(tagList, ',', modNewParser::kParens, [&](std::string_view tag) {
+    const std::size_t paren = tag.find('(');
+    if (paren == npos) return;
+    runner.Print(fmt::format("{}={}", tag.substr(0, paren), tag.substr(paren + 1, tag.size() - paren - 2)));
+  });
 }
 
 void Level(BatchRunner& runner, Arguments& arguments) {
