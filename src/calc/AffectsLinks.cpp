@@ -3,6 +3,7 @@
 // search.
 #include <algorithm>
 
+#include "calc/RecordLinks.h"
 #include "calc/TraitNames.h"
 #include "character/KVRCharacter.h"
 
@@ -44,64 +45,6 @@ bool NamedBy(const TraitNames& names, const clsItem& item, const clsItem& that,
           AnyMod(that.Mods, [&](const clsMod& mod) { return names.AppearIn(mod.Tags().LowerText()); }));
 }
 
-// Both kinds of records, with the lists that belong to each.
-struct RecordKind {
-  std::vector<std::unique_ptr<clsBonus>> KVRCharacter::*records;
-  std::vector<clsBonus*> clsItem::*applied;
-  std::vector<std::int32_t> clsItem::*affected;
-};
-constexpr RecordKind kBonuses{&KVRCharacter::Bonuses, &clsItem::AppliedBonuses, &clsItem::AffectedBonuses};
-constexpr RecordKind kConditionals{&KVRCharacter::Conditionals, &clsItem::AppliedConditionals,
-                                   &clsItem::AffectedConditionals};
-
-void LinkIfApplied(clsItem& item, clsBonus& record, const RecordKind& kind) {
-  if (!item.BonusAppliesByRef(record)) return;
-  (item.*kind.applied).push_back(&record);
-  record.Targets.push_back(item.IDKey);
-  if (!record.TargetTag.empty()) item.SetBonusAffectsFlag(record.TargetTag);
-}
-
-void Unlink(KVRCharacter& character, clsBonus& record, const RecordKind& kind) {
-  for (clsItem& item : character.Items) {
-    Drop(item.*kind.affected, record.IDKey);
-    Drop(item.*kind.applied, &record);
-  }
-  record.Targets.clear();
-}
-
-void LinkRecord(KVRCharacter& character, clsBonus& record, const RecordKind& kind) {
-  Unlink(character, record, kind);
-  std::string text = LCase(record.FullBonusText);
-  for (clsItem& item : character.Items) {
-    LinkIfApplied(item, record, kind);
-    if (TraitNames(item).AppearIn(text)) (item.*kind.affected).push_back(record.IDKey);
-  }
-}
-
-void UnlinkFromRecords(clsItem& item, const RecordKind& kind) {
-  for (clsBonus* record : item.*kind.applied) Drop(record->Targets, item.IDKey);
-  (item.*kind.applied).clear();
-  (item.*kind.affected).clear();
-}
-
-void LinkToRecords(KVRCharacter& character, clsItem& item, const RecordKind& kind) {
-  TraitNames names(item);
-  for (auto& record : character.*kind.records) {
-    LinkIfApplied(item, *record, kind);
-    if (names.AppearIn(LCase(record->FullBonusText))) (item.*kind.affected).push_back(record->IDKey);
-  }
-}
-
-void LinkAllToRecords(KVRCharacter& character, TraitNameIndex& index, const RecordKind& kind) {
-  for (auto& record : character.*kind.records) {
-    record->Targets.clear();
-    for (clsItem& item : character.Items) LinkIfApplied(item, *record, kind);
-    index.NextTarget();
-    index.Search(LCase(record->FullBonusText), false,
-                 [&](clsItem& item) { (item.*kind.affected).push_back(record->IDKey); });
-  }
-}
-
 // Every trait that a text of `that` names gets it on its list.
 void LinkToAllNamed(TraitNameIndex& index, clsItem& that) {
   auto link = [&that](clsItem& item) {
@@ -129,33 +72,24 @@ void KVRCharacter::CreateAffectsLinks(clsItem& item) {
     if (NamedBy(TraitNames(that), that, item, itemSkillType)) that.AffectedItems.push_back(item.IDKey);
   }
   LinkCharValues(item);
-  LinkToRecords(*this, item, kBonuses);
-  LinkToRecords(*this, item, kConditionals);
+  LinkToRecords(*this, item);
 }
 
 void KVRCharacter::CreateAllAffectsLinks() {
   charValueReaders_.clear();
-  for (clsItem& item : Items) {
-    UnlinkFromRecords(item, kBonuses);
-    UnlinkFromRecords(item, kConditionals);
-    item.AffectedItems.clear();
-    item.ClearBonusAffectsFlag();
-  }
+  for (clsItem& item : Items) item.AffectedItems.clear();
   TraitNameIndex index(Items);
   for (clsItem& item : Items) {
     LinkToAllNamed(index, item);
     LinkCharValues(item);
   }
-  LinkAllToRecords(*this, index, kBonuses);
-  LinkAllToRecords(*this, index, kConditionals);
+  LinkAllRecords(*this, index);
 }
 
 void KVRCharacter::ClearAffectsLinks(clsItem& item) {
   for (clsItem& other : Items) Drop(other.AffectedItems, item.IDKey);
   item.AffectedItems.clear();
-  item.ClearBonusAffectsFlag();
-  UnlinkFromRecords(item, kBonuses);
-  UnlinkFromRecords(item, kConditionals);
+  UnlinkFromRecords(item);
   Drop(charValueReaders_, item.IDKey);
 }
 
@@ -168,33 +102,6 @@ void KVRCharacter::LinkCharValues(clsItem& item) {
   if (reads(item.FreeTags()) || AnyMod(item.Mods, [&](const clsMod& mod) { return reads(mod.Tags()); })) {
     charValueReaders_.push_back(item.IDKey);
   }
-}
-
-void KVRCharacter::CreateBonusAffectsLinks(clsBonus& bonus) {
-  LinkRecord(*this, bonus, kBonuses);
-  LinkRecordToCharValues(bonus);
-}
-
-void KVRCharacter::CreateConditionalAffectsLinks(clsBonus& conditional) {
-  LinkRecord(*this, conditional, kConditionals);
-  LinkRecordToCharValues(conditional);
-}
-
-// An amount that reads the character's base damage is calculated with the trait that gives it.
-void KVRCharacter::LinkRecordToCharValues(const clsBonus& record) {
-  clsItem* giver = record.Owner == nullptr ? nullptr : record.Owner->RootOwnerItem();
-  if (giver == nullptr || !ContainsNoCase(record.Bonus, "char::base")) return;
-  if (std::ranges::find(charValueReaders_, giver->IDKey) == charValueReaders_.end()) {
-    charValueReaders_.push_back(giver->IDKey);
-  }
-}
-
-void KVRCharacter::ClearBonusAffectsLinks(clsBonus& bonus) {
-  Unlink(*this, bonus, kBonuses);
-}
-
-void KVRCharacter::ClearConditionalAffectsLinks(clsBonus& conditional) {
-  Unlink(*this, conditional, kConditionals);
 }
 
 bool KVRCharacter::ThisItemAffectsThatItem(clsItem& item, clsItem& that) {

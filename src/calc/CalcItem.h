@@ -3,12 +3,19 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kvr {
 
 class KVRCharacter;
+class clsBonus;
 class clsItem;
 class clsMod;
+
+// The records that a trait or modifier gives, in order of their keys. The character owns them.
+struct GivenRecords {
+  std::vector<clsBonus*> bonuses, conditionals;
+};
 
 class CalcItem {
  public:
@@ -26,6 +33,8 @@ class CalcItem {
   virtual clsItem* RootOwnerItem() = 0;
   // The first modifier on this record with that lower-cased full name; nullptr if none.
   virtual clsMod* ModByLCaseFullName(std::string_view lcaseFullName) = 0;
+  // nullptr for the character, which gives none.
+  virtual GivenRecords* Given() { return nullptr; }
   // For messages: the full name of the trait or modifier, or of the character.
   virtual std::string NameForMessages() = 0;
 };

@@ -11,6 +11,9 @@
 
 namespace kvr {
 
+// TargetType of the targets "owner" and "me".
+inline constexpr std::int16_t kTargetOwner = -1, kTargetMe = -2;
+
 class clsBonus {
  public:
   std::int32_t IDKey = 0;    // from the character's NewKeyTemp; never saved
@@ -33,7 +36,17 @@ class clsBonus {
 
   std::vector<std::int32_t> Targets;  // IDKeys of the traits it reaches
 
-  // Brings Value and StringValueText up to date (Bonuses.cpp).
+  bool Linked = false;  // its links have been made
+
+  // Reads one sentence of a `gives` or `conditional` tag: "+1 to SK:Climbing upto 3 when outdoors". The Owner
+  // must be set and be on a character. False, with a log line, when it is none (BonusText.cpp; the grammar is
+  // in docs/formats/bonuses.md).
+  bool CreateBonusFromText(std::string_view text);
+  // Sets Affects, and takes the endings that say "points" off Bonus and TargetName.
+  void SetBonusAffects();
+  // Who gives it, for messages and lists: "Trait", or "Trait: Modifier".
+  std::string GiverName() const;
+  // Brings Value and StringValueText up to date. A formula that fails counts as 0, with a red line.
   void Calculate();
 };
 

@@ -429,9 +429,6 @@ bool KVRCharacter::HasSoundParents(const clsItem& item) const {
 void KVRCharacter::FinishLoading() {
   const TraceScope trace("KVRCharacter:FinishLoading");
   CreateAllAffectsLinks();
-  for (const std::unique_ptr<clsBonus>& bonus : Bonuses) CreateBonusAffectsLinks(*bonus);
-  for (const std::unique_ptr<clsBonus>& conditional : Conditionals)
-    CreateConditionalAffectsLinks(*conditional);
   for (clsItem& item : Items) AddTaboosFromOwner(item);
   Campaign.Calculate();
   CalcPointCosts();

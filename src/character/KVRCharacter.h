@@ -285,6 +285,10 @@ class KVRCharacter final : public CalcItem {
   void EnableItemBonuses(clsItem& item);
   void DeActivateItemModsBonuses(clsItem& item);
   void ReActivateItemModsBonuses(clsItem& item);
+  // Queues what the records of the trait and of its modifiers reach: their lines show its name.
+  void PushRecalcGiven(clsItem& item);
+  // Looks again for the parent that the trait's records on its "owner" reach.
+  void RelinkOwnerBonuses(clsItem& item);
 
   // --- Equipment and damage (calc/Damage.cpp, calc/Encumbrance.cpp)
   // -----------------------------------------------------------

@@ -12,12 +12,14 @@ void KVRCharacter::AttachChild(clsItem& child, clsItem& parent) {
   // counted nowhere.
   if (!parent.HasChild(key)) parent.SetChildKeyList(parent.ChildKeyList() + "," + key);
   child.SetParentKey(parent.KeyText());
+  RelinkOwnerBonuses(child);
 }
 
 clsItem* KVRCharacter::DetachFromParent(clsItem& child) {
   clsItem* parent = child.ParentKey().empty() ? nullptr : ItemByKey(NumberOfKeyText(child.ParentKey()));
   child.SetParentKey("");
   if (parent) parent->RemoveChild(child.KeyText());
+  RelinkOwnerBonuses(child);
   return parent;
 }
 

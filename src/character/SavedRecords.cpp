@@ -161,18 +161,23 @@ clsBonus* KVRCharacter::AddBonusRecord(std::vector<std::unique_ptr<clsBonus>>& r
     env_.log.LogRed("Error: Owning item not found for bonus: " + bonus->FullBonusText);
     return nullptr;
   }
+  if (bonus->Affects.empty()) bonus->SetBonusAffects();
   bonus->IDKey = NewKeyTemp();
   return records.emplace_back(std::move(bonus)).get();
 }
 
 void KVRCharacter::AddBonusFromSaved(std::string_view line) {
   clsBonus* bonus = AddBonusRecord(Bonuses, line);
-  if (bonus && !savedFile_) CreateBonusAffectsLinks(*bonus);
+  if (!bonus) return;
+  bonus->Owner->Given()->bonuses.push_back(bonus);
+  if (!savedFile_) CreateBonusAffectsLinks(*bonus);
 }
 
 void KVRCharacter::AddConditionalFromSaved(std::string_view line) {
   clsBonus* conditional = AddBonusRecord(Conditionals, line);
-  if (conditional && !savedFile_) CreateConditionalAffectsLinks(*conditional);
+  if (!conditional) return;
+  conditional->Owner->Given()->conditionals.push_back(conditional);
+  if (!savedFile_) CreateConditionalAffectsLinks(*conditional);
 }
 
 void KVRCharacter::AddCampaignFromSaved(std::string_view line) {

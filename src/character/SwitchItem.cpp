@@ -175,6 +175,9 @@ bool KVRCharacter::RenameItem(std::string_view keyText, std::string_view newName
   SetRefreshList(item->ItemType);
   PushRecalcItems(*item);
   CreateAffectsLinks(*item);
+  // Other bonuses may reach it under the new name, and its own show that name.
+  QueueItem(*item);
+  PushRecalcGiven(*item);
   PushTrickle(*item);
   env_.log.LogLine("End FullName = " + item->FullName());
   return position == 0;

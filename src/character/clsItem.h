@@ -206,7 +206,19 @@ class clsItem final : public CalcItem {
   double ConditionalApplicableLevelMult();
   double CalcApplicableTargetTagBonus(std::string_view tag);
   double CalcApplicableTargetTagMult(std::string_view tag);
+  // The texts that text bonuses on a tag come to: added ones one behind the other, multipliers with "*" between.
+  std::string CalcApplicableTargetTagBonusString(std::string_view tag);
+  std::string CalcApplicableTargetTagMultString(std::string_view tag);
+  // The display lines of all bonuses on a tag.
+  std::vector<std::string> GetApplicableTargetTagBonuses(std::string_view tag) const;
+  // Whether the record applies to this trait; unmarked, whether its target names the trait, whoever gives it
+  // (BonusTargets.cpp).
   bool BonusAppliesByRef(const clsBonus& bonus);
+  bool UnmarkedBonusAppliesByRef(const clsBonus& bonus);
+  bool ConditionalAppliesByRef(const clsBonus& conditional) { return BonusAppliesByRef(conditional); }
+  bool UnmarkedConditionalAppliesByRef(const clsBonus& conditional) {
+    return UnmarkedBonusAppliesByRef(conditional);
+  }
   // True if a value changed.
   bool UpdateMyBonuses();
   bool UpdateMyConditionals();
@@ -233,6 +245,7 @@ class clsItem final : public CalcItem {
   KVRCharacter* RootOwnerChar() override { return Owner; }
   clsItem* RootOwnerItem() override { return this; }
   clsMod* ModByLCaseFullName(std::string_view lcaseFullName) override;
+  GivenRecords* Given() override { return &given_; }
   std::string NameForMessages() override { return FullName(); }
 
  private:
@@ -260,6 +273,7 @@ class clsItem final : public CalcItem {
   void CheckNeedsAndTaboos(bool taboosMitigated);
   void CalcAll();
 
+  GivenRecords given_;
   std::uint32_t bonusMarks_ = 0;
   bool mitigatedByModifier_ = false;  // the tag `mitigated` was written by Calculate
   TagText tags_;

@@ -44,7 +44,11 @@ class clsMod final : public ModRecord, public CalcItem {
   KVRCharacter* RootOwnerChar() override;
   clsItem* RootOwnerItem() override;
   clsMod* ModByLCaseFullName(std::string_view lcaseFullName) override;
+  GivenRecords* Given() override { return &given_; }
   std::string NameForMessages() override { return FullName(); }
+
+ private:
+  GivenRecords given_;
 };
 
 // The first modifier with that lower-cased full name; nullptr when there is none.
