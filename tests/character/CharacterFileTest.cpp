@@ -57,6 +57,7 @@ void AddRichTraits(RecordWorld& world) {
   bonus->TargetPrefix = "SK";
   bonus->TargetName = "grinding";
   bonus->Bonus = "2";
+  bonus->Affects = "level";
   bonus->Value = 2.5;
   bonus->BonusType = 2;
   bonus->TargetType = kSkills;

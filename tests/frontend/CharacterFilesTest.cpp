@@ -146,6 +146,30 @@ TEST_F(CharacterFiles, AFailedSaveLeavesEverythingAsItWas) {
   EXPECT_EQ(env_.Config.MRUFiles[0], "");
 }
 
+TEST_F(CharacterFiles, AFailingFormulaGivesTheCharacterUp) {
+  const std::string path =
+      Write("bad.kvr4",
+            "[System]\r\nversion(3)\r\n[Stats]\r\nidkey(1)|,basevalue(@sqr(0-4)),name(Bad)\r\n\r\n"
+            "[ChangeLog]\r\n\r\n");
+  EXPECT_THROW(app_.LoadTheCharacter(path), SolverFailure);
+  EXPECT_TRUE(app_.Chars.empty());
+}
+
+TEST_F(CharacterFiles, LoadedTraitsAreLinkedAgain) {
+  const std::string path = Write("linked.kvr4",
+                                 "[System]\r\nversion(3)\r\n[Stats]\r\nidkey(1)|,basevalue(10),name(Wit)\r\n"
+                                 "idkey(2)|,basevalue(ST:Wit),name(Will)\r\n\r\n[ChangeLog]\r\n\r\n");
+  ASSERT_TRUE(app_.LoadTheCharacter(path));
+  KVRCharacter& c = *app_.Current();
+  EXPECT_EQ(c.FindItem("Will", kStats)->Score(), 10);
+  clsItem& wit = *c.FindItem("Wit", kStats);
+  wit.SetTagItem("basevalue", "12");
+  c.ClearTokensForItem(wit);
+  wit.Calculate();
+  c.TrickleRecalcItems();
+  EXPECT_EQ(c.FindItem("Will", kStats)->Score(), 12);
+}
+
 constexpr std::string_view kFormat2 =
     "[System]\r\nversion(2)\r\ndatafile(old "
     "rules.kdf)\r\n[SystemNotes]\r\nfree\r\n[General]\r\ncharname(Otto)\r\n"
