@@ -11,9 +11,6 @@ namespace kvr {
 
 namespace {
 
-// Modifiers on modifiers go this deep and no further.
-constexpr int kDeepestMod = 100;
-
 int DepthOf(CalcItem& owner) {
   int depth = 0;
   for (CalcItem* at = &owner; dynamic_cast<clsMod*>(at); at = at->OwnerContext()) ++depth;

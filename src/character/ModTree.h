@@ -7,6 +7,10 @@
 
 namespace kvr {
 
+// Modifiers on modifiers go this deep and no further: none is put on deeper, and those that a file brings
+// deeper down have no effect.
+inline constexpr int kDeepestMod = 100;
+
 // The modifiers that the record carries itself; nullptr for a record that can carry none.
 clsSortedModCollection* ModsOf(CalcItem& owner);
 // All modifiers on the record, to any depth, each before those that it carries.

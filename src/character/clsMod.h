@@ -18,9 +18,15 @@ class clsMod final : public ModRecord, public CalcItem {
   clsSortedModCollection Mods;  // modifiers on this modifier, to any depth
   CalcItem* Owner = nullptr;    // the clsItem or clsMod that carries it
 
-  // --- Calculation (calc/Modifiers.cpp) ---
+  // --- Calculation (calc/Modifiers.cpp; the forms of costs and values: calc/ModValue.h) ---
+  // Sets `level` (held within 0 and `upto`), `premodsvalue`, `value` and `valuenum`, on the modifiers that it
+  // bears too.
   void Calculate();
+  // Adjusts `value` and `valuenum` by the values of the modifiers that it bears.
   void CalcModifiers();
+  // What can be wrong with a modifier; each is logged once, with the trait and the tag.
+  enum class Fault : std::uint8_t { BadCost = 1, TooLarge = 2, TooDeep = 4 };
+  void ReportFault(Fault fault);
   void Increment();
   void Decrement();
   // "%-", "%+", "**", "--" or "++", by the tag `value`.
@@ -49,6 +55,7 @@ class clsMod final : public ModRecord, public CalcItem {
 
  private:
   GivenRecords given_;
+  std::uint8_t reportedFaults_ = 0;  // bits of Fault
 };
 
 // The first modifier with that lower-cased full name; nullptr when there is none.
