@@ -105,9 +105,10 @@ void clsTokenCollection::ClearTokensForItem(std::int32_t idKey, std::string_view
 
 void clsTokenCollection::DropTokensWithText(std::string_view lcaseText) {
   if (lcaseText.empty()) return;
-  std::array<std::uint8_t, 8> kinds;
+  // From the end, where names that begin alike differ.
+  std::array<std::uint8_t, 32> kinds;
   std::size_t count = 0;
-  for (std::size_t i = 1; i < lcaseText.size() && count < kinds.size(); ++i)
+  for (std::size_t i = lcaseText.size() - 1; i > 0 && count < kinds.size(); --i)
     kinds[count++] = PairKind(lcaseText[i - 1], lcaseText[i]);
   const std::size_t words = (used_ + kWordBits - 1) / kWordBits;
   for (std::size_t word = 0; word < words; ++word) {
