@@ -31,9 +31,6 @@ build() {
     echo "Preparing build/$preset"
     cmake --preset "$preset" >"$log" 2>&1 || { cat "$log"; exit 1; }
   }
-  if cmake --build "build/$preset" -- -n "$@" 2>/dev/null | grep -q 'no work to do'; then
-    return 0
-  fi
-  echo "Building build/$preset (the first time takes some minutes)"
+  [ -d "build/$preset/bin" ] || echo "Building build/$preset, which takes some minutes the first time"
   cmake --build "build/$preset" -- "$@" >"$log" 2>&1 || { grep -v '^\[' "$log" | tail -60; exit 1; }
 }
