@@ -1,13 +1,13 @@
 // The state machine over a data file's lines: file header, section headers, then each line to its reader.
 #include "library/DataFileReader.h"
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "core/modLogging.h"
+#include "library/ByteCount.h"
 
 namespace kvr {
 namespace {
@@ -120,14 +120,14 @@ void DataFileReader::ReadLine(std::string_view line) {
     if (!system_.DoCommand(line, heading_)) NoteWhere();
     return;
   }
-  const bool freeText = section_ && section_->reader == Reader::Author;
-  if (!freeText && !ParensMatch(line)) return;
+  const Reader reader = section_ ? section_->reader : Reader::None;
+  const bool checksItself = reader == Reader::Author || (reader == Reader::Items && line[0] != '<');
+  if (!checksItself && !ParensMatch(line)) return;
   if (section_) ReadSectionLine(line);
 }
 
 bool DataFileReader::ParensMatch(std::string_view line) {
-  const auto opening = std::count(line.begin(), line.end(), '(');
-  const auto closing = std::count(line.begin(), line.end(), ')');
+  const std::size_t opening = ByteCount(line, '('), closing = ByteCount(line, ')');
   if (opening == closing) return true;
   log_.LogRed("The following line does not have matched sets of parens:");
   log_.LogRed("  " + std::string(line));

@@ -3,6 +3,8 @@
 // string.
 #include "library/ItemLines.h"
 
+#include <array>
+
 #include "core/Text.h"
 #include "core/modNewParser.h"
 #include "core/modTags.h"
@@ -39,9 +41,8 @@ modPrefixes::NameAndExt FirstField(std::string_view field) {
   return modPrefixes::SplitNameAndExt(inner);
 }
 
-// A field behind the first one, trimmed.
-void NoteField(std::string_view field, Notes& notes) {
-  const std::size_t open = field.find('(');
+// A field behind the first one, trimmed and not empty, with the position of its first parenthesis.
+void NoteField(std::string_view field, std::size_t open, Notes& notes) {
   if (open == npos) {
     if (notes.valueWithoutTag.empty()) notes.valueWithoutTag = field;
   } else if (open > 0 && field[open - 1] == ' ' && notes.nameEndingInBlank.empty()) {
@@ -78,85 +79,96 @@ void GatherModes(std::string& tags, Notes& notes) {
   tags = std::move(rest);
 }
 
-constexpr bool IsQuoteOrBrace(char c) {
-  return c == '"' || c == '{' || c == '}';
-}
-
-bool HoldsQuoteOrBrace(std::string_view text) {
-  return text.find('"') != npos || text.find('{') != npos || text.find('}') != npos;
-}
-
-// True when the quotes and braces of a value cancel out by its end.
-bool QuotesAndBracesClose(std::string_view value) {
-  modNewParser::NestingLevels levels(modNewParser::kQuotes | modNewParser::kBraces);
-  bool top = true;
-  for (char c : value)
-    if (IsQuoteOrBrace(c)) top = levels.Step(c);
-  return top;
-}
-
-bool IsModeTag(std::string_view upToParen) {
-  const std::size_t size = upToParen.size();
-  return size > 1 && (upToParen[size - 2] | 0x20) == 'e' && EndsWithNoCase(upToParen, kModeTag.substr(1));
-}
-
-// Position of the ")" that closes the "(" at `open`; npos when there is none, or when a mode stands on the
-// way.
-std::size_t ClosePlainValue(std::string_view line, std::size_t open) {
-  std::size_t depth = 0;
-  for (std::size_t i = open; i < line.size(); i = modTags::NextParen(line, i + 1)) {
-    if (line[i] == ')') {
-      if (--depth == 0) return i;
-    } else {
-      ++depth;
-      if (IsModeTag(line.substr(0, i + 1))) return npos;
-    }
+// Walks over one mark of a line, from the front to the back.
+class MarkCursor {
+ public:
+  MarkCursor(std::string_view line, char mark) : line_(line), mark_(mark), next_(line.find(mark)) {}
+  // How many stand before `end` that were not counted yet.
+  std::size_t CountUpTo(std::size_t end) {
+    std::size_t count = 0;
+    for (; next_ < end; next_ = line_.find(mark_, next_ + 1)) ++count;
+    return count;
   }
-  return npos;
+
+ private:
+  std::string_view line_;
+  char mark_;
+  std::size_t next_;
+};
+
+constexpr std::array<bool, 256> kFieldMarks = [] {
+  std::array<bool, 256> marks{};
+  for (char c : std::string_view("(),\"{}")) marks[static_cast<unsigned char>(c)] = true;
+  return marks;
+}();
+
+bool EndsWithTag(std::string_view text, std::string_view tagAndParen) {
+  const std::size_t last = tagAndParen.size() - 2;  // of the name
+  return text.size() > last + 1 && (text[text.size() - 2] | 0x20) == tagAndParen[last] &&
+         EndsWithNoCase(text, tagAndParen);
 }
 
-// Splits the line at the commas outside parentheses and calls take(field, number) for each field, trimmed, as
-// long as these are surely the commas outside quotes and braces too. False when they may not be, or when the
-// line holds modes or a stray parenthesis: then what was taken so far is void.
-template <class Take>
-bool ForEachPlainField(std::string_view line, Take&& take) {
-  const bool hasMarks = HoldsQuoteOrBrace(line);
-  std::size_t begin = 0, number = 0;
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    const char c = line[i];
-    if (c == ',') {
-      take(Trim(line.substr(begin, i - begin)), ++number);
-      begin = i + 1;
-    } else if (c == '(') {
-      const std::size_t close = ClosePlainValue(line, i);
-      if (close == npos) return false;
-      if (hasMarks && !QuotesAndBracesClose(line.substr(i, close - i))) return false;
-      i = close;
-    } else if (c == ')' || (hasMarks && IsQuoteOrBrace(c))) {
-      return false;
+// Splits a line at the commas outside parentheses, as long as these are surely the commas outside quotes and
+// braces too.
+class PlainFields {
+ public:
+  explicit PlainFields(std::string_view line)
+      : line_(line), quotes_(line, '"'), openBraces_(line, '{'), closeBraces_(line, '}') {}
+
+  // Calls take(field, number, position of the field's first "(") for each field, trimmed. False when the line
+  // is not so plain, holds modes, or its parentheses do not match: then what was taken so far is void.
+  template <class Take>
+  bool ForEach(Take&& take) {
+    std::size_t begin = 0, number = 0, open = npos;
+    auto finish = [&](std::size_t end) {
+      while (begin < end && line_[begin] == ' ') ++begin;
+      take(Trim(line_.substr(begin, end - begin)), ++number, open == npos ? npos : open - begin);
+      begin = end + 1;
+      open = npos;
+    };
+    for (std::size_t i = 0; i < line_.size(); ++i) {
+      const char c = line_[i];
+      if (!kFieldMarks[static_cast<unsigned char>(c)]) continue;
+      if (c == ',') {
+        finish(i);
+      } else if (c == '(') {
+        if (open == npos) open = i;
+        i = CloseValue(i);
+        if (i == npos) return false;
+      } else {
+        return false;
+      }
     }
+    finish(line_.size());
+    return true;
   }
-  take(Trim(line.substr(begin)), ++number);
-  return true;
-}
+  // True when a tag "display" may stand somewhere in the line.
+  bool MayHoldDisplay() const { return mayHoldDisplay_; }
 
-bool ReadPlainLine(clsSystemItem& item, std::string_view line, Kind kind, Notes& notes) {
-  item.BeginTagList(line.size() + 8);
-  const bool plain = ForEachPlainField(line, [&](std::string_view field, std::size_t number) {
-    if (number == 1) {
-      const auto [name, ext] = FirstField(field);
-      item.SetName(name);
-      if (!ext.empty()) item.SetNameExt(ext);
-    } else if (number == 2 && field.find('(') == npos && !BareSecondField(kind).empty()) {
-      item.AddTag(BareSecondField(kind), field);
-    } else if (!field.empty()) {
-      NoteField(field, notes);
-      item.AddTagPiece(field);
+ private:
+  // Position of the ")" that closes the "(" at `open`; npos when there is none, when a mode stands on the
+  // way, or when a quote or a brace that opens in the value does not close there.
+  std::size_t CloseValue(std::size_t open) {
+    std::size_t depth = 0;
+    for (std::size_t i = open; i < line_.size(); i = modTags::NextParen(line_, i + 1)) {
+      if (line_[i] == '(') {
+        ++depth;
+        const std::string_view before = line_.substr(0, i + 1);
+        if (EndsWithTag(before, kModeTag.substr(1))) return npos;
+        mayHoldDisplay_ = mayHoldDisplay_ || EndsWithTag(before, "display(");
+      } else if (--depth == 0) {
+        const bool closed =
+            quotes_.CountUpTo(i) % 2 == 0 && openBraces_.CountUpTo(i) == closeBraces_.CountUpTo(i);
+        return closed ? i : npos;
+      }
     }
-  });
-  if (plain) item.EndTagList();
-  return plain;
-}
+    return npos;
+  }
+
+  std::string_view line_;
+  MarkCursor quotes_, openBraces_, closeBraces_;
+  bool mayHoldDisplay_ = false;
+};
 
 }  // namespace
 
@@ -176,7 +188,7 @@ std::string ToTagString(std::string_view line, Kind kind, Notes& notes) {
     if (number == 2 && field.find('(') == npos && !BareSecondField(kind).empty()) {
       AppendTag(tags, BareSecondField(kind), field);
     } else {
-      if (!field.empty()) NoteField(field, notes);
+      if (!field.empty()) NoteField(field, field.find('('), notes);
       tags += field;
     }
   });
@@ -184,12 +196,28 @@ std::string ToTagString(std::string_view line, Kind kind, Notes& notes) {
   return tags;
 }
 
-void ReadInto(clsSystemItem& item, std::string_view line, Kind kind, Notes& notes) {
-  if (ReadPlainLine(item, line, kind, notes)) return;
+bool ReadPlainLine(clsSystemItem& item, std::string_view line, Kind kind, Notes& notes) {
+  PlainFields fields(line);
+  item.BeginTagList(line.size() + 8);
+  const bool plain = fields.ForEach([&](std::string_view field, std::size_t number, std::size_t open) {
+    if (number == 1) {
+      const auto [name, ext] = FirstField(field);
+      item.SetName(name);
+      if (!ext.empty()) item.SetNameExt(ext);
+    } else if (number == 2 && open == npos && !BareSecondField(kind).empty()) {
+      item.AddTag(BareSecondField(kind), field);
+    } else if (!field.empty()) {
+      NoteField(field, open, notes);
+      if (open != npos) item.AddTagPiece(field, open);
+    }
+  });
+  if (plain && fields.MayHoldDisplay()) item.EndTagList();
+  return plain;
+}
+
+void ReadByTagString(clsSystemItem& item, std::string_view line, Kind kind, Notes& notes) {
+  item.Clear();
   notes = {};
-  item.SetName({});
-  item.SetNameExt({});
-  item.SetCategory({});
   item.NewTagList(ToTagString(line, kind, notes));
 }
 

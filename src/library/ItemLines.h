@@ -23,7 +23,10 @@ struct Notes {
 // The line as a tag string "name(..),nameext(..),...".
 std::string ToTagString(std::string_view line, Kind kind, Notes& notes);
 
-// Fills the item from the line; the same as its NewTagList of the line's tag string.
-void ReadInto(clsSystemItem& item, std::string_view line, Kind kind, Notes& notes);
+// Fills a new item from the line; the same as its NewTagList of the line's tag string. Only ReadPlainLine may
+// give up: false when the line has to go by way of its tag string. A line that it reads has matching
+// parentheses.
+bool ReadPlainLine(clsSystemItem& item, std::string_view line, Kind kind, Notes& notes);
+void ReadByTagString(clsSystemItem& item, std::string_view line, Kind kind, Notes& notes);
 
 }  // namespace kvr::ItemLines

@@ -22,26 +22,31 @@ constexpr std::string_view kFullTagList[] = {
 // The key of a trait, "2Combat Reflexes", without an allocation for names of the usual length.
 class ItemKey {
  public:
-  ItemKey(ItemType type, std::string_view fullName) {
-    size_ = fullName.size() + 1;
-    char* out = buffer_;
-    if (size_ > sizeof buffer_) {
-      long_.resize(size_);
-      out = long_.data();
+  ItemKey(ItemType type, std::string_view name, std::string_view ext = {}) {
+    const std::size_t size = name.size() + ext.size() + 4;
+    char* begin = buffer_;
+    if (size > sizeof buffer_) {
+      long_.resize(size);
+      begin = long_.data();
     }
-    out[0] = static_cast<char>('0' + type);
-    fullName.copy(out + 1, fullName.size());
-    text_ = out;
+    char* out = begin;
+    *out++ = static_cast<char>('0' + type);
+    out += name.copy(out, name.size());
+    if (!ext.empty()) {
+      out += std::string_view(" (").copy(out, 2);
+      out += ext.copy(out, ext.size());
+      *out++ = ')';
+    }
+    text_ = {begin, static_cast<std::size_t>(out - begin)};
   }
   ItemKey(const ItemKey&) = delete;
   ItemKey& operator=(const ItemKey&) = delete;
-  operator std::string_view() const { return {text_, size_}; }
+  operator std::string_view() const { return text_; }
 
  private:
   char buffer_[128];
   std::string long_;
-  const char* text_;
-  std::size_t size_;
+  std::string_view text_;
 };
 
 // A full name in the one form that keys have; `joined` holds it where the text has another.
@@ -239,7 +244,7 @@ void KVRSystem::AddOrReplaceItem(std::unique_ptr<clsSystemItem> item, std::strin
   clsSystemItem& added = *item;
   if (added.ItemType == kSpells && added.GetTagItem("type").empty()) added.SetTagItem("type", "M/H");
   const bool hasCategories = added.ItemType != kStats;
-  const std::string key = added.CollectionKey();
+  const ItemKey key(added.ItemType, added.Name(), added.NameExt());
   if (const clsSystemItem* standing = Items.AddOrFind(item, key)) {
     if (hasCategories) added.MergeCategories(standing->Category());
     Items.Remove(key);

@@ -76,15 +76,20 @@ std::string DataFileReader::AddCategoryFromDataFile(std::string_view line) {
   return heading.name;
 }
 
-void DataFileReader::AddItemFromDataFile(std::string_view line) {
+// A line that can be read at one go has matching parentheses, so only the others are counted.
+void DataFileReader::AddItemFromDataFile(std::string_view wholeLine) {
+  std::string_view line = wholeLine;
   std::string without;
   const std::size_t childList = line.find('#') == npos ? npos : FindNoCase(line, kChildList);
   if (childList != npos) line = without = HandleChildList(line, childList);
   auto item = std::make_unique<clsSystemItem>();
+  ItemLines::Notes notes;
+  if (!ItemLines::ReadPlainLine(*item, line, section_->kind, notes)) {
+    if (!ParensMatch(wholeLine)) return;
+    ItemLines::ReadByTagString(*item, line, section_->kind, notes);
+  }
   item->ItemType = section_->itemType;
   item->IDKey = system_.NewKey();
-  ItemLines::Notes notes;
-  ItemLines::ReadInto(*item, line, section_->kind, notes);
   NoteOddities(notes);
   if (version_ < 3) {
     if (item->ItemType >= kAds && item->ItemType <= kPerks) ChangeSystemCostsToVersion3(*item, "cost");

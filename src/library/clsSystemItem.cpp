@@ -31,6 +31,17 @@ std::string EditSegment(const clsSystemItem& item, std::string_view segment, std
   return report;
 }
 
+// Most tag names are written so, and need no copy in lower case.
+bool IsLowerAscii(std::string_view name) {
+  for (char c : name)
+    if (c < ' ' || c > '~' || (c >= 'A' && c <= 'Z')) return false;
+  return true;
+}
+
+bool IsFieldName(std::string_view lowerName) {
+  return lowerName == "name" || lowerName == "nameext" || lowerName == "cat";
+}
+
 }  // namespace
 
 void clsSystemItem::SetName(std::string_view name) {
@@ -97,8 +108,10 @@ std::string clsSystemItem::CollectionKey() const {
 void clsSystemItem::NewTagList(std::string_view text) {
   if (IsCached()) return;
   BeginTagList(text.size() + 1);
-  modNewParser::ForEachToken(text, ',', modNewParser::kParens,
-                             [&](std::string_view piece) { AddTagPiece(Trim(piece)); });
+  modNewParser::ForEachToken(text, ',', modNewParser::kParens, [&](std::string_view token) {
+    const std::string_view piece = Trim(token);
+    if (const std::size_t open = piece.find('('); open != npos) AddTagPiece(piece, open);
+  });
   EndTagList();
 }
 
@@ -107,20 +120,22 @@ void clsSystemItem::BeginTagList(std::size_t room) {
   tagList_.reserve(room);
 }
 
-// The last character is taken to be the closing parenthesis, whatever it is.
-void clsSystemItem::AddTagPiece(std::string_view piece) {
-  if (piece.empty()) return;
-  const std::string_view body = piece.substr(0, piece.size() - 1);
-  const std::size_t open = body.find('(');
-  if (open == npos) return;
-  const std::string_view name = body.substr(0, open);
-  if (!name.empty()) AddTag(name, body.substr(open + 1));
+// The last character is taken to be the closing parenthesis, whatever it is; the opening one cannot be it.
+void clsSystemItem::AddTagPiece(std::string_view piece, std::size_t open) {
+  if (open == 0 || open + 1 == piece.size()) return;
+  const std::string_view name = piece.substr(0, open);
+  if (piece.ends_with(')') && IsLowerAscii(name) && !IsFieldName(name)) {
+    tagList_ += ',';
+    tagList_ += piece;
+  } else {
+    AddTag(name, piece.substr(open + 1, piece.size() - open - 2));
+  }
 }
 
 void clsSystemItem::AddTag(std::string_view name, std::string_view value) {
-  if (name.size() == 4 && EqualNoCase(name, "name")) return SetName(value);
-  if (name.size() == 7 && EqualNoCase(name, "nameext")) return SetNameExt(value);
-  if (name.size() == 3 && EqualNoCase(name, "cat")) return SetCategory(value);
+  if (EqualNoCase(name, "name")) return SetName(value);
+  if (EqualNoCase(name, "nameext")) return SetNameExt(value);
+  if (EqualNoCase(name, "cat")) return SetCategory(value);
   tagList_ += ',';
   tagList_ += LCase(name);
   tagList_ += '(';

@@ -42,9 +42,10 @@ class clsSystemItem {
   // Replaces the content. Pieces split at commas outside parentheses; "name", "nameext" and "cat" go to the
   // fields, the rest to the tag list; "display" of "yes" or "-1" is dropped.
   void NewTagList(std::string_view text);
-  // The same in steps, for a reader that has the pieces in hand: begin, each piece (trimmed), end.
+  // The same in steps, for a reader that has the pieces in hand: begin, each piece (trimmed, with the
+  // position of its first parenthesis), end, which takes care of "display".
   void BeginTagList(std::size_t room);
-  void AddTagPiece(std::string_view piece);
+  void AddTagPiece(std::string_view piece, std::size_t open);
   // One tag; the name in any case.
   void AddTag(std::string_view name, std::string_view value);
   void EndTagList();
