@@ -21,6 +21,8 @@ class SectionReader {
 
   // False when the file has a format below 3.
   bool Run();
+  // The file ended before its end.
+  bool Cut() const { return cut_; }
 
  private:
   bool NextLine();
@@ -53,6 +55,7 @@ class SectionReader {
   std::string_view line_;
   bool blank_ = false, blankBefore_ = false;  // the last two lines taken
   bool sawLastSection_ = false;
+  bool cut_ = false;
   bool tooOld_ = false;
   std::string text_;        // free text, gathered over lines
   bool entryOpen_ = false;  // the last entry of the log takes the text
@@ -330,6 +333,7 @@ void SectionReader::ReportCut() {
   c_.Env().log.LogRed("The character file seems to have lost its end: it stops at line " +
                       std::to_string(reader_.LineNumber()) +
                       (sawLastSection_ ? "." : ", before its last section."));
+  cut_ = true;
 }
 
 // The keys of the children: those that the parent lists, in its order, then those that only name it as
@@ -364,6 +368,7 @@ bool KVRCharacter::FileRead(std::string_view path) {
     return false;
   }
   if (!ReadSections(reader)) return false;
+  DamagedFile = lostItsEnd_ ? std::string(path) : "";
   FinishLoading();
   env_.log.LogLine("Character loaded.");
   return true;
@@ -383,7 +388,9 @@ bool KVRCharacter::ReadSections(clsFileReader& reader) {
   Campaign.Log.clear();
 
   savedFile_ = std::make_unique<SavedFileState>();
-  const bool readable = SectionReader(*this, reader).Run();
+  SectionReader sections(*this, reader);
+  const bool readable = sections.Run();
+  lostItsEnd_ = sections.Cut();
   AddDoubledRecords();
   savedFile_.reset();
   RepairFamilies();

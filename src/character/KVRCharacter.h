@@ -15,6 +15,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "calc/BasicDamage.h"
 #include "calc/CalcItem.h"
 #include "calc/SolverState.h"
 #include "calc/clsBonus.h"
@@ -43,6 +44,7 @@ class KVRCharacter final : public CalcItem {
   std::int32_t LastKey = 0;
   std::string FileName;            // path text; empty until saved
   std::string TempBackupFileName;  // made when first needed
+  std::string DamagedFile;         // the file that lost its end and was read as far as it goes; never written
   std::string DataSet;             // full path text
   std::vector<std::string> DataFiles;
   std::string Name, Player, DateCreated, Portrait;
@@ -290,10 +292,14 @@ class KVRCharacter final : public CalcItem {
   // Looks again for the parent that the trait's records on its "owner" reach.
   void RelinkOwnerBonuses(clsItem& item);
 
-  // --- Equipment and damage (calc/Damage.cpp, calc/Encumbrance.cpp)
-  // -----------------------------------------------------------
+  // --- Equipment and damage (calc/Damage.cpp, calc/ParryBlock.cpp, calc/Encumbrance.cpp)
+  // --------------------------------------
+  // The dice of a swing and of a thrust at a score, by the character's table of basic damage.
+  DamageDice ReturnSwFromScore(double score);
+  DamageDice ReturnThrFromScore(double score);
   void CalcBaseDamage();
   void CalcParryBlock();
+  // 0 to 4 for the first of the encumbrance stats that isn't below the weight, 5 for none.
   std::int16_t GetEncLevel(Currency weight);
 
   // --- Needs and taboos (Needs.cpp)
@@ -371,6 +377,7 @@ class KVRCharacter final : public CalcItem {
   bool HasSoundParents(const clsItem& item) const;
   clsBonus* AddBonusRecord(std::vector<std::unique_ptr<clsBonus>>& records, std::string_view line);
   std::unique_ptr<SavedFileState> savedFile_;
+  bool lostItsEnd_ = false;  // the sections read last stopped before the file's end
 
   Environment& env_;
   KVRSystem& system_;

@@ -2,6 +2,7 @@
 #include "frontend/Application.h"
 
 #include "core/Numbers.h"
+#include "core/Text.h"
 #include "core/modFileIO.h"
 
 namespace kvr {
@@ -43,6 +44,9 @@ void Application::RememberFile(std::string_view path) {
 }
 
 Files::Outcome Application::SaveCharacter(KVRCharacter& character, std::string_view path) {
+  if (!character.DamagedFile.empty() && EqualNoCase(path, character.DamagedFile)) {
+    return {"the file had lost its end when it was read; it is left as it is, save under another name"};
+  }
   const Files::Outcome outcome = character.FileWrite(path, true);
   if (!outcome) return outcome;
   character.FileName = path;
