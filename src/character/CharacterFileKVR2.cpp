@@ -188,7 +188,7 @@ void ConvertStat(const Tags& old, clsItem& item) {
   }
   if (IsSet(modTags::ValueOf(old, "doubleinplay"))) item.SetTagItem("inplaymult", "2");
   item.DeleteTag("doubleinplay");
-  MoveTag(old, "levels", item, "baselevel");
+  MoveTag(old, "levels", item, "level");  // what was bought of an attribute is its level
 }
 
 void ConvertTags(const Tags& old, clsItem& item) {
@@ -203,7 +203,7 @@ void ConvertTags(const Tags& old, clsItem& item) {
   if (!cost.empty()) item.SetTagItem("cost", cost);
   item.DeleteTag("basecost");
   item.DeleteTag("costcnt");
-  MoveTag(old, "level", item, "baselevel");
+  MoveTag(old, "level", item, item.ItemType == kStats ? "level" : "baselevel");
 }
 
 // An entry of `currentmods` as a modifier's tag list.
