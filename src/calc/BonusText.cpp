@@ -248,8 +248,10 @@ void clsBonus::Calculate() {
       StringValueText = modSolver::TextFunctionSolver(StringValue, *Owner);
       modTools::ReplaceAll(StringValueText, "$/", "$");
     }
+    failed_ = false;
   } catch (const SolverFailure& failure) {
-    LogFailedRecord(*this, failure);
+    if (!failed_) LogFailedRecord(*this, failure);
+    failed_ = true;
   }
 }
 

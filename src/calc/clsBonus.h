@@ -48,6 +48,9 @@ class clsBonus {
   std::string GiverName() const;
   // Brings Value and StringValueText up to date. A formula that fails counts as 0, with a red line.
   void Calculate();
+
+ private:
+  bool failed_ = false;  // the last calculation did; it is logged once
 };
 
 }  // namespace kvr

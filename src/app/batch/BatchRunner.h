@@ -52,6 +52,7 @@ std::span<const Command> LibraryCommands();
 std::span<const Command> CharacterCommands();
 std::span<const Command> TraitCommands();
 std::span<const Command> ModifierCommands();
+std::span<const Command> BonusCommands();
 std::span<const Command> ScriptCommands();
 
 class BatchRunner {
