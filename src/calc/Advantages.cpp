@@ -1,5 +1,5 @@
-// Advantages, disadvantages, quirks and perks: the level within its limits, its cost, and what children and
-// components add.
+// Advantages, disadvantages, quirks, perks and templates: the level within its limits, its cost, and what
+// children and components add.
 #include "calc/CalcSteps.h"
 #include "calc/Children.h"
 #include "calc/Limits.h"
@@ -62,44 +62,54 @@ Currency CostAtLevel(clsItem& item, const Progression& progression, std::int32_t
   return Currency::FromDouble(modSolver::Solver(text, item));
 }
 
-// The tag `childpoints` shows the sum with the bonuses on it, the trait costs the sum itself.
+// The tag `childpoints` shows the sum with the bonuses on it. A template costs just that, any other trait the
+// sum itself.
 Currency AddChildren(clsItem& item) {
   if (item.ChildKeyList().empty()) return 0;
   double multiplier = item.CalcApplicableTargetTagMult("childpoints");
   double bonus = item.CalcApplicableTargetTagBonus("childpoints");
   Currency sum = PointsOfChildren(item, ChildProfileOf(item));
-  WriteTag(item, "childpoints", NumberText((sum.ToDouble() + bonus) * multiplier));
-  return sum;
+  const double adjusted = (sum.ToDouble() + bonus) * multiplier;
+  WriteTag(item, "childpoints", NumberText(adjusted));
+  return item.ItemType == kPackages ? Currency::FromDouble(adjusted) : sum;
+}
+
+void CalcLeveledTrait(clsItem& item) {
+  item.BonusList.clear();
+  item.ConditionalList.clear();
+  // What a formula finds that reads "me::level" and "me::points".
+  item.SetLevel(1);
+  item.SetPoints(0);
+  const LevelLimits limits = ReadLimits(item);
+  const double user = item.GetUserBonusLevels();
+  const std::int32_t sys = CLng(item.CalcApplicableSysBonus());
+  WriteTag(item, "syslevels", std::to_string(sys));
+  std::int32_t level = LimitedLevel(LevelBought(item), user + sys, limits);
+  item.SetBonusPoints(item.GetUserBonusPoints());
+  item.SetSysPoints(item.CalcApplicableSysPoints());
+  item.SetExtraPoints(item.BonusPoints() + item.SysPoints());
+  const Progression progression(item.FreeTag("cost"));
+  // A single cost means a single level.
+  if (progression.Count() == 1 && level > 1) level = 1;
+  const Currency cost = CostAtLevel(item, progression, level);
+  item.SetBaseLevel(level);
+  item.SetPoints(cost);
+  item.SetPreModsPoints(cost);
+  item.SetLevel(CLng(level + user + sys));
+  item.CalcModifiers();
+  const Currency total = item.Points() + AddChildren(item) + PointsOfOwned(item);
+  item.SetPoints(total);
+  SumConditionals(item);
 }
 
 }  // namespace
 
 void clsItem::privCalcAdItem() {
-  BonusList.clear();
-  ConditionalList.clear();
-  // What a formula finds that reads "me::level" and "me::points".
-  SetLevel(1);
-  SetPoints(0);
-  LevelLimits limits = ReadLimits(*this);
-  double user = GetUserBonusLevels();
-  std::int32_t sys = CLng(CalcApplicableSysBonus());
-  WriteTag(*this, "syslevels", std::to_string(sys));
-  std::int32_t level = LimitedLevel(LevelBought(*this), user + sys, limits);
-  SetBonusPoints(GetUserBonusPoints());
-  SetSysPoints(CalcApplicableSysPoints());
-  SetExtraPoints(BonusPoints() + SysPoints());
-  Progression progression(FreeTag("cost"));
-  // A single cost means a single level.
-  if (progression.Count() == 1 && level > 1) level = 1;
-  Currency cost = CostAtLevel(*this, progression, level);
-  SetBaseLevel(level);
-  SetPoints(cost);
-  SetPreModsPoints(cost);
-  SetLevel(CLng(level + user + sys));
-  CalcModifiers();
-  Currency total = Points() + AddChildren(*this) + PointsOfOwned(*this);
-  SetPoints(total);
-  SumConditionals(*this);
+  CalcLeveledTrait(*this);
+}
+
+void clsItem::privCalcPackageItem() {
+  CalcLeveledTrait(*this);
 }
 
 }  // namespace kvr

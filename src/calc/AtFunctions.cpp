@@ -244,29 +244,10 @@ double TextIndexedValue(std::string_view arguments, Context& context) {
   return Solved(TextIndexedEntry(arguments), context);
 }
 
-// The row of basic damage for a score: the first that reaches it, else the last.
-const clsBasicDamage* DamageRow(const KVRCharacter& character, double score) {
-  const auto& rows = character.BasicDamageList;
-  for (std::size_t i = 0; i + 1 < rows.size(); ++i)
-    if (rows[i].ST >= score) return &rows[i];
-  return rows.empty() ? nullptr : &rows.back();
-}
-
 double BaseDice(std::string_view arguments, std::string clsBasicDamage::*column, Context& context) {
   const double score = Solved(arguments, context);
-  const clsBasicDamage* row = DamageRow(context.character, score);
-  if (!row) return 0;
-  std::string text;
-  ForEachPart(
-      row->*column, false,
-      [&](std::string_view part) {
-        if (StartsWithNoCase(Trim(part), "st:"))
-          text += Str(score);
-        else
-          text += part;
-      },
-      [&](char mark) { text += mark; });
-  return std::floor(Solved(text, context));
+  const clsBasicDamage* row = basicDamage::RowForScore(context.character, score);
+  return row ? basicDamage::AtScore(row->*column, score, context.item, "") : 0;
 }
 
 double BaseSwingDice(std::string_view arguments, Context& context) {

@@ -13,6 +13,15 @@ inline void WriteTag(clsItem& item, std::string_view tag, std::string_view value
   if (item.FreeTag(tag) != value) item.SetTagItem(tag, value);
 }
 
+// A result that may be none: an empty one takes the tag away.
+inline void WriteOrDeleteTag(clsItem& item, std::string_view tag, std::string_view value) {
+  if (!value.empty()) {
+    WriteTag(item, tag, value);
+  } else if (item.FreeTags().Find(tag)) {
+    item.DeleteTag(tag);
+  }
+}
+
 // The sums over conditional bonuses; each adds its lines to the list that the trait shows.
 inline void SumConditionals(clsItem& item) {
   item.ConditionalApplicableLevelMult();

@@ -69,6 +69,7 @@ class Outcome {
     if (item.ItemType == kEquipment) {
       first_ = item.FreeTag("cost");
       second_ = item.FreeTag("basecost");
+      third_ = item.FreeTag("weight");
     } else if (IsSkill(item)) {
       first_ = item.FreeTag("combolevel");
     }
@@ -82,7 +83,8 @@ class Outcome {
         std::string count(item.FreeTag("count"));
         bool counted = item.FreeTag("ocount") != count;
         if (counted) item.SetTagItem("ocount", count);
-        return counted || item.FreeTag("cost") != first_ || item.FreeTag("basecost") != second_;
+        return counted || item.FreeTag("cost") != first_ || item.FreeTag("basecost") != second_ ||
+               item.FreeTag("weight") != third_;
       }
       default:
         return level_ != item.Level() || points_ != item.Points() ||
@@ -94,7 +96,7 @@ class Outcome {
   std::int32_t level_;
   double score_;
   Currency points_;
-  std::string first_, second_;
+  std::string first_, second_, third_;
 };
 
 // What the modifiers say of a trait's bonuses ("gives") and taboos: "", "gives", "taboo" or "yes" for both.
@@ -130,13 +132,14 @@ void clsItem::CalcAll() {
   Outcome before(*this);
   CalcByType();
   if (!IsSkill(*this)) SetBaseAppPoints(Points());
-  privCalcRaiseRuleOf();
-  if (Owner->Env().Config.NoCalcSecondaryFeatures == 0) privCalcWeaponTags();
+  bool changed = privCalcRaiseRuleOf();
+  if (Owner->Env().Config.NoCalcSecondaryFeatures == 0 && privCalcWeaponTags()) changed = true;
   CheckNeedsAndTaboos(taboosMitigated);
   bool bonuses = UpdateMyBonuses();
   bool conditionals = UpdateMyConditionals();
   former.KeepNew();
-  if (!before.DiffersFrom(*this) && !bonuses && !conditionals) return;
+  if (before.DiffersFrom(*this)) changed = true;
+  if (!changed && !bonuses && !conditionals) return;
   // The solver's old answers must be gone before anybody asks again.
   Owner->ClearTokensForItem(*this);
   Owner->PushRecalcItems(*this);

@@ -14,7 +14,7 @@ double LimitOfRule(clsItem& trait, std::string_view tag, double value, const KVR
   double limit = character.RuleOf;
   if (limit <= 0 || !(isScore || isGlobal)) return 0;
   if (value > limit && (trait.ItemType == kStats || !isScore)) {
-    const double raise = Val(trait.TagItem("raiseruleof"));
+    const double raise = trait.RaiseRuleOf();
     if (raise > 0) limit += raise;
   }
   return limit;

@@ -30,7 +30,7 @@ TraitNames::TraitNames(const clsItem& item) : name_(item.LCaseName()) {
     fullName_ = LCase(item.FullName());
   if (item.ItemType != kStats) return;
   symbol_ = LCase(item.FreeTag("symbol"));
-  if (name_ == "damage base") damage_ = "damage(";
+  if (name_ == "damage base" || name_ == "striking st") damage_ = "damage(";
 }
 
 bool TraitNames::AppearIn(std::string_view lowerText) const {

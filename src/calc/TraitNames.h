@@ -12,8 +12,8 @@
 
 namespace kvr {
 
-// The lower-cased texts that stand for a trait: its name, for a stat its symbol; and "damage(" for the stat
-// "Damage Base", which every damage formula reads. None is empty.
+// The lower-cased texts that stand for a trait: its name, for a stat its symbol; and "damage(" for the stats
+// "Damage Base" and "Striking ST", which every damage formula reads. None is empty.
 class TraitNames {
  public:
   explicit TraitNames(const clsItem& item);

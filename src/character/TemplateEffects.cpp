@@ -32,7 +32,8 @@ void KVRCharacter::HandleAge(clsItem& /*item*/) {}
 void KVRCharacter::HandleAppearance(clsItem& /*item*/) {}
 // There is nothing to take back, since nothing was changed.
 void KVRCharacter::HandleReversion(std::int32_t /*sourceKey*/) {}
-// The trait's modes stay as they are.
-void KVRCharacter::ModAddsNewMode(clsMod& /*mod*/) {}
+void KVRCharacter::ModAddsNewMode(clsMod& mod) {
+  if (clsItem* item = mod.RootOwnerItem()) item->AddNewMode(mod.Tags().Value("addmode"));
+}
 
 }  // namespace kvr

@@ -17,9 +17,12 @@
 #include "character/clsMod.h"
 #include "core/Currency.h"
 #include "core/TagText.h"
+#include "core/modTags.h"
 #include "library/modPrefixes.h"
 
 namespace kvr {
+
+struct SkillDefault;
 
 class clsItem final : public CalcItem {
  public:
@@ -174,22 +177,60 @@ class clsItem final : public CalcItem {
   Currency CalcStatPoints(std::int32_t level, bool inPlay);
   bool SetStatScoreTo(double value);  // SetScoreTo for stats
   void privCalcAdItem();
-  // --- Skills and spells (calc/Skills.cpp)
+  // --- Skills and spells (calc/Skills.cpp, calc/SkillLevels.cpp, calc/SkillDefaults.cpp)
   // ---------------------------------------------------------------------------
   void privCalcSkillItem();
+  void privCalcSkillComboItem();
+  // With an unknown skill type the default level, and 0 points; -1 for a level below the start value.
   std::int32_t privGetLevel(std::int32_t defaultLevel, Currency points);
   Currency privGetPointsForLevel(std::int32_t defaultLevel, std::int32_t wanted);
+  // The best level that a default gives, with the name and key of its trait; the earliest of equals. 0 when
+  // there is none.
+  std::int32_t privGetDefaultLevel(std::string& name, std::int32_t& idKey);
+  // The entries of the `default` tag that may be used (calc/SkillDefaults.h), in their order.
+  std::vector<SkillDefault> privGetValidDefaultList();
+  // Adds one entry, unless it names no trait on the character or one that may not be used.
+  void privGetValidExpandedDefaultList(std::string_view entry, std::vector<SkillDefault>& list);
+  // A skill may be used as a default when it has points of its own or is a technique, and its own defaults do
+  // not lead back here.
+  bool privSkillDefaultIsValid(std::int32_t candidateKey);
   bool SetSkillScoreTo(double value);  // SetScoreTo for skills and spells
   double GetUserBonusLevels();
   Currency GetUserBonusPoints();
   // One step easier (on), and back.
   void SetOptionalSpecialtyStatus(bool on);
-  // --- Equipment, templates, weapon modes (calc/Equipment.cpp, calc/WeaponModes.cpp)
-  // --------------------------------
+  // --- Equipment and templates (calc/Equipment.cpp, calc/Advantages.cpp)
+  // ------------------------------------------------
   void privCalcEquipmentItem();
   void privCalcPackageItem();
-  void privCalcRaiseRuleOf();
-  void privCalcWeaponTags();
+  // --- What others read of a trait beside its level (calc/RaiseRuleOf.cpp, calc/ParryBlock.cpp)
+  // -------------------------
+  // Both true if a value changed.
+  bool privCalcRaiseRuleOf();
+  bool privCalcWeaponTags();  // calc/WeaponTags.cpp
+  void privCalcParryAt();
+  void privCalcBlockAt();
+  // By how much the tag `raiseruleof` and the bonuses on it raise the rule of limit.
+  double RaiseRuleOf() const { return raiseRuleOf_; }
+  // What the solved `parryat` or `blockat` comes to at another level of the trait; its bonuses count.
+  double DefenceAtLevel(std::string_view atTag, double level);
+  // --- Weapon modes, counted from 1 (calc/WeaponModes.cpp)
+  // ---------------------------------------------------------------
+  std::size_t DamageModesCount() const;
+  std::string DamageModeName(std::size_t mode) const { return DamageModeTagItem(mode, "mode"); }
+  // As calculated, else as written.
+  std::string DamageModeDamage(std::size_t mode) const;
+  std::string DamageModeType(std::size_t mode) const;
+  std::string DamageModeTagItem(std::size_t mode, std::string_view tag) const;
+  // A mode past the end fills the list up with empty values.
+  void DamageModeTagItemSet(std::size_t mode, std::string_view tag, std::string_view value);
+  // How many modes have a value of the tag, and the first of them at or behind `startMode`; 0 for none.
+  std::size_t DamageModeTagItemCount(std::string_view tag) const;
+  std::size_t DamageModeTagItemAt(std::string_view tag, std::size_t startMode = 1) const;
+  // Adds the mode that the data describe ("Thrown, damage(thr+1), reach(%copyprev)" or the same as tags with
+  // `mode` or `name`), or changes the one of that name. "%copyfirst" and "%copyprev" take the value of the first and
+  // of the previous mode, "%calcme" leaves the value to the calculation.
+  void AddNewMode(std::string_view modeData);
   // --- Modifiers (calc/Modifiers.cpp)
   // -------------------------------------------------------------------------------- Sets Points from
   // PreModsPoints, or `cost` on equipment.
@@ -273,8 +314,20 @@ class clsItem final : public CalcItem {
   void CheckNeedsAndTaboos(bool taboosMitigated);
   void CalcAll();
 
+  // Steps of privCalcEquipmentItem and of the weapon tags.
+  friend class EquipmentSums;
+  friend class WeaponTags;
+  void CalcDefence(std::string_view atTag, std::string_view levelTag);
+  void AddNewModeAddData(const std::vector<modTags::TagItem>& data, std::string_view name);
+  void UpdateExistingModeData(std::size_t mode, const std::vector<modTags::TagItem>& data);
+  std::string NewModeValue(std::size_t mode, std::string_view tag, std::string_view value) const;
+
   GivenRecords given_;
   std::uint32_t bonusMarks_ = 0;
+  std::uint32_t weaponTagsRevision_ = 0xFFFFFFFF;  // of the tags, when hasWeaponTags_ was found out
+  bool hasWeaponTags_ = false;
+  std::uint8_t reportedFaults_ = 0;  // of amounts, each a bit; told once as long as they last
+  double raiseRuleOf_ = 0;
   bool mitigatedByModifier_ = false;  // the tag `mitigated` was written by Calculate
   TagText tags_;
 };
