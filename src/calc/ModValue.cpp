@@ -164,9 +164,10 @@ Worth Computed(const CostList& costs, double number, bool fault) {
   return {modValue::TextOf({family, costs.suffix, number, 1, fault}), number, fault};
 }
 
-// Whether a text that reads as 0 holds no number at all.
+// Whether a text that reads as 0 does so because it begins with no number.
 bool IsNumberless(std::string_view text, double number) {
-  return number == 0 && text.find_first_of("0123456789") == npos;
+  const std::size_t begin = text.find_first_not_of(" +-.");
+  return number == 0 && (begin == npos || text[begin] < '0' || text[begin] > '9');
 }
 
 double SolvedFormula(std::string_view formula, std::int32_t level, clsMod& mod) {
