@@ -27,8 +27,8 @@ const clsBasicDamage* RowForScore(const KVRCharacter& character, double score);
 // `traceName` heads the line that goes to the log while the solver is traced.
 double AtScore(std::string_view text, double score, CalcItem& context, std::string_view traceName);
 
-// Adds that reach a break become dice: the highest break first, each as often as the adds reach it. A break that
-// subtracts nothing applies once.
+// Adds that reach a break become dice: the highest break first, each as often as the adds reach it. A break
+// that subtracts nothing applies once.
 DamageDice ConvertAdds(DamageDice damage, std::vector<clsDamageBreak> breaks);
 
 }  // namespace basicDamage

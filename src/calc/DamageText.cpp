@@ -184,7 +184,7 @@ class DamageSum {
       worked_ = true;
       return sign > 0 && depth < kDeepestParens && Read(modTools::StripParens(term), depth + 1);
     }
-    if (!worksOut_ || term.find_first_not_of("0123456789.+-*/\\^() ") != npos) return false;
+    if (!worksOut_ || !formulaText::IsArithmetic(term)) return false;
     adds_ += sign * modEval::Evaluate(term).value;
     worked_ = true;
     return true;
@@ -240,7 +240,7 @@ std::string CalcDamage(clsItem& trait, std::string_view text, const DamageRules&
   if (damage.find_first_of("$%") != npos) damage = modSolver::TextFunctionSolver(damage, trait);
   damage = WithForms(damage, rules);
   ReplaceForms(damage, trait, rules);
-  const bool isFormula = SolveFormulas(damage, trait);
+  const bool isFormula = SolveFormulas(damage, trait) || rules.isFormula;
   return Tidied(std::move(damage), isFormula, *trait.Owner).append(divisor);
 }
 

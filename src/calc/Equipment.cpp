@@ -1,5 +1,7 @@
 // Equipment: the price and weight of one piece, of all the pieces there are of it, and of what they hold.
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <limits>
 #include <unordered_set>
 

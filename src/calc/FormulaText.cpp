@@ -48,8 +48,13 @@ bool IsFormula(std::string_view text) {
          (text.find('%') != npos && (ContainsNoCase(text, "%level") || ContainsNoCase(text, "%count")));
 }
 
-std::string Solved(std::string_view text, CalcItem& context) {
-  if (!IsFormula(text)) return std::string(text);
+bool IsArithmetic(std::string_view text) {
+  return text.find_first_not_of("0123456789.+-*/\\^() ") == npos &&
+         text.find_first_of("0123456789") != npos;
+}
+
+std::string Solved(std::string_view text, CalcItem& context, bool isFormula) {
+  if (!isFormula && !IsFormula(text)) return std::string(text);
   std::string solved;
   bool isFirst = true;
   modNewParser::ForEachToken(text, ',', modNewParser::kNames, [&](std::string_view element) {
@@ -57,6 +62,8 @@ std::string Solved(std::string_view text, CalcItem& context) {
     isFirst = false;
     if (IsFormula(element))
       solved += SolvedElement(Trim(element), context);
+    else if (isFormula && IsArithmetic(element) && !IsNumeric(Trim(element)))
+      solved += NumberText(modSolver::Solver(element, context));
     else
       solved += element;
   });

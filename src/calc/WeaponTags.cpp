@@ -161,9 +161,13 @@ std::string WeaponTags::WorkedOut(std::size_t row, std::size_t mode) {
   } else {
     if (mode > state.values.size() || state.values[mode - 1].empty()) return "";
     text = state.values[mode - 1];
-    SubstituteOwnMode(text, mode);
-    if (row == kDamageRow) return modMain::CalcDamage(item_, text, RulesOfDamage(mode));
-    text = formulaText::Solved(text, item_);
+    const bool readsOwnMode = SubstituteOwnMode(text, mode);
+    if (row == kDamageRow) {
+      modMain::DamageRules rules = RulesOfDamage(mode);
+      rules.isFormula = readsOwnMode;
+      return modMain::CalcDamage(item_, text, rules);
+    }
+    text = formulaText::Solved(text, item_, readsOwnMode);
     if (bonus.adder != 0 || bonus.multiplier != 1)
       text = WithNumberBonus(text, bonus.adder, bonus.multiplier);
   }
@@ -172,7 +176,7 @@ std::string WeaponTags::WorkedOut(std::size_t row, std::size_t mode) {
 }
 
 // "me::minst" in a formula of one mode means the value of that mode, not the list of all.
-void WeaponTags::SubstituteOwnMode(std::string& text, std::size_t mode) {
+bool WeaponTags::SubstituteOwnMode(std::string& text, std::size_t mode) {
   constexpr std::string_view kMe = "me::";
   std::string result;
   std::size_t begin = 0;
@@ -186,9 +190,10 @@ void WeaponTags::SubstituteOwnMode(std::string& text, std::size_t mode) {
     result += OwnValue(tag, mode);
     begin = end;
   }
-  if (begin == 0) return;
+  if (begin == 0) return false;
   result.append(text, begin);
   text = std::move(result);
+  return true;
 }
 
 std::string WeaponTags::OwnValue(std::string_view tag, std::size_t mode) {

@@ -1,5 +1,6 @@
-// One calculation of the tags that describe a weapon in the hands of its character: for each mode the formula of a
-// tag is solved, the bonuses on the tag are added, and the result goes to the tag's twin ("reach" to "charreach").
+// One calculation of the tags that describe a weapon in the hands of its character: for each mode the formula
+// of a tag is solved, the bonuses on the tag are added, and the result goes to the tag's twin ("reach" to
+// "charreach").
 #pragma once
 
 #include <array>
@@ -60,7 +61,8 @@ class WeaponTags {
   std::string Value(std::size_t row, std::size_t mode);
   std::string WorkedOut(std::size_t row, std::size_t mode);
   std::string OwnValue(std::string_view tag, std::size_t mode);
-  void SubstituteOwnMode(std::string& text, std::size_t mode);
+  // True if there was something to put in.
+  bool SubstituteOwnMode(std::string& text, std::size_t mode);
   double Basis(std::size_t mode);
 
   // SkillUsed.cpp

@@ -77,8 +77,9 @@ double Arguments::Number(std::string_view what) {
 
 std::vector<Command> AllCommands() {
   std::vector<Command> all;
-  for (std::span<const Command> part : {LibraryCommands(), CharacterCommands(), TraitCommands(),
-                                        ModifierCommands(), BonusCommands(), ScriptCommands()}) {
+  for (std::span<const Command> part :
+       {LibraryCommands(), CharacterCommands(), TraitCommands(), ModifierCommands(), BonusCommands(),
+        EquipmentCommands(), ScriptCommands()}) {
     all.insert(all.end(), part.begin(), part.end());
   }
   return all;

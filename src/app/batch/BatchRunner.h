@@ -53,6 +53,7 @@ std::span<const Command> CharacterCommands();
 std::span<const Command> TraitCommands();
 std::span<const Command> ModifierCommands();
 std::span<const Command> BonusCommands();
+std::span<const Command> EquipmentCommands();
 std::span<const Command> ScriptCommands();
 
 class BatchRunner {
