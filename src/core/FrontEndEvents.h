@@ -2,8 +2,11 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 namespace kvr {
+
+inline constexpr int kHourglass = 11;
 
 class FrontEndEvents {
  public:
@@ -18,10 +21,21 @@ class FrontEndEvents {
   // A nesting counter: no redrawing between the two.
   virtual void SuspendRefresh() {}
   virtual void ResumeRefresh() {}
-  // The mouse pointer; 11 is the hourglass.
-  virtual void CursorPush(int) {}
-  virtual void CursorPop() {}
   virtual void RecentFilesChanged() {}
+
+  // The mouse pointer: shows the shape until the pop that belongs to this push. The hourglass also makes the
+  // program busy, until a pop brings another pointer back.
+  void CursorPush(int shape);
+  // Does nothing when nothing was pushed.
+  void CursorPop();
+  bool Busy() const { return busy_; }
+
+ private:
+  virtual void ShowPointer(int) {}
+
+  std::vector<int> formerPointers_;
+  int pointer_ = 0;  // the window's own
+  bool busy_ = false;
 };
 
 // Suspends the refresh for its lifetime.
