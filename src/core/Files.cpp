@@ -101,7 +101,7 @@ std::vector<std::string> ListNames(std::string_view folder, mode_t kind, std::st
     const std::string path = native + std::string(name);
     if (::stat(path.c_str(), &info) == 0 && (info.st_mode & S_IFMT) == kind) names.emplace_back(name);
   });
-  // Names that differ in case only come in binary order.
+  // Names that differ in case only would else come in the folder's own order.
   std::sort(names.begin(), names.end());
   modTools::SortStringArray(names, true);
   return names;

@@ -98,23 +98,22 @@ void ParagraphMarksToLineBreaks(std::string& text) {
   }
 }
 
+// A comb sort, since equal names keep the order that it gives them. Its passes with gap 1 are a bubble sort;
+// any stable sort brings about the same order, without taking the square of the count.
 void SortStringArray(std::vector<std::string>& texts, bool ignoreCase) {
-  // A comb sort, since equal names keep the order that it gives them.
-  std::vector<std::string> keys;
-  if (ignoreCase)
-    for (const std::string& text : texts) keys.push_back(LCase(text));
-  bool swapped = true;
-  for (std::size_t gap = texts.size(); gap > 1 || swapped;) {
-    gap = std::max<std::size_t>(gap * 10 / 13, 1);
-    swapped = false;
-    for (std::size_t i = 0; i + gap < texts.size(); ++i) {
-      std::vector<std::string>& compared = ignoreCase ? keys : texts;
-      if (compared[i] <= compared[i + gap]) continue;
-      swapped = true;
-      texts[i].swap(texts[i + gap]);
-      if (ignoreCase) keys[i].swap(keys[i + gap]);
-    }
+  struct Entry {
+    std::string key, text;
+  };
+  std::vector<Entry> entries;
+  entries.reserve(texts.size());
+  for (const std::string& text : texts) entries.push_back({ignoreCase ? LCase(text) : text, text});
+  const auto less = [](const Entry& a, const Entry& b) { return a.key < b.key; };
+  for (std::size_t gap = texts.size() * 10 / 13; gap > 1; gap = gap * 10 / 13) {
+    for (std::size_t i = 0; i + gap < entries.size(); ++i)
+      if (less(entries[i + gap], entries[i])) std::swap(entries[i], entries[i + gap]);
   }
+  std::stable_sort(entries.begin(), entries.end(), less);
+  for (std::size_t i = 0; i < texts.size(); ++i) texts[i] = std::move(entries[i].text);
 }
 
 }  // namespace kvr::modTools
