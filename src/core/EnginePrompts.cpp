@@ -21,8 +21,8 @@ Currency AsCurrency(long number) {
 }
 
 std::string Goal(Currency least, Currency most) {
-  if (least == most) return "Want: exactly " + NumberText(least);
   if (most.IsZero()) return "Want: at least " + NumberText(least);
+  if (least == most) return "Want: exactly " + NumberText(least);
   return "Want: " + NumberText(least) + " to " + NumberText(most);
 }
 

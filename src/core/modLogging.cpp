@@ -19,7 +19,7 @@ std::vector<const char*>& TraceStack() {
 void ActivityLog::Start(bool debug, std::string echoFile) {
   debug_ = debug;
   echoFile_ = std::move(echoFile);
-  if (!echoFile_.empty()) Files::Delete(echoFile_);
+  if (debug_ && !echoFile_.empty()) Files::Delete(echoFile_);
 }
 
 void ActivityLog::LogLine(std::string_view text, LogLevel level) {

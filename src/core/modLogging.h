@@ -36,8 +36,8 @@ class ActivityLog {
   const std::deque<LogEntry>& Lines() const { return lines_; }
   void Clear() { lines_.clear(); }
 
-  // Switched on at start; `echoFile` (path text) gets every line at once when it is not empty, an old one is
-  // deleted.
+  // `echoFile` (path text) gets every line at once when it is not empty. An old one is deleted, but stays
+  // while `debug` is off.
   void Start(bool debug, std::string echoFile);
   bool Debug() const { return debug_; }
 

@@ -31,6 +31,8 @@ TEST(EnginePromptsTest, SaysTheGoal) {
   EXPECT_FALSE(GoalMet(request, 1, 0) || GoalMet(request, 3, 0));
   EXPECT_EQ(GoalLine(Request(1, 0)), "Want: at least 1");
   EXPECT_TRUE(GoalMet(Request(1, 0), 400, 0));
+  EXPECT_EQ(GoalLine(Request(0, 0)), "Want: at least 0") << "no limit at all";
+  EXPECT_TRUE(GoalMet(Request(0, 0), 4, 0));
   EXPECT_EQ(GoalLine(Request(0, 3)), "Want: 0 to 3");
   EXPECT_EQ(GoalLine(Request(1, 3)), "Want: 1 to 3");
 

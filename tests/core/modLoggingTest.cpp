@@ -51,9 +51,10 @@ TEST(modLoggingTest, EchoesToAFileWhileDebugIsOn) {
   log.LogLine("one");
   log.LogRed("two");
   EXPECT_EQ(world.Read("debug.run"), "one\r\ntwo\r\n");
-  log.Start(false, "");
+  log.Start(false, file);
   log.LogRed("three");
   EXPECT_EQ(log.Lines().size(), 2u);
+  EXPECT_EQ(world.Read("debug.run"), "one\r\ntwo\r\n") << "the last log is not lost to a run without one";
   log.Start(true, world.Path("no such folder\\debug.run"));
   log.LogLine("four");
   EXPECT_EQ(log.Lines().back().text, "four") << "a file that cannot be written harms nothing";
