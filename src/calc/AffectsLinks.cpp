@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "calc/RecordLinks.h"
+#include "calc/SkillScale.h"
 #include "calc/TraitNames.h"
 #include "character/KVRCharacter.h"
 
@@ -33,14 +34,21 @@ bool AnyMod(const clsSortedModCollection& mods, F&& f) {
 // A skill reads the stat of its type without naming it.
 std::string TextOfSkillType(const clsItem& item) {
   if (item.ItemType != kSkills && item.ItemType != kSpells) return "";
-  const clsSkillCosts* type = item.Owner->SkillType(item.SkillType().empty() ? "M/H" : item.SkillType());
+  const clsSkillCosts* type = SkillTypeOf(item);
   return type == nullptr ? "" : LCase(type->DefaultStat);
+}
+
+// A skill with a tech level may be used from the same skill at another one, which its text doesn't name.
+bool IsAtOtherTechLevel(const clsItem& item, const clsItem& that) {
+  return item.ItemType == that.ItemType && (that.ItemType == kSkills || that.ItemType == kSpells) &&
+         item.LCaseName() == that.LCaseName() && item.LCaseNameExt() == that.LCaseNameExt() &&
+         !that.FreeTagIsEmpty("tl");
 }
 
 bool NamedBy(const TraitNames& names, const clsItem& item, const clsItem& that,
              std::string_view skillTypeText) {
   return names.AppearIn(that.FreeTags().LowerText()) ||
-         (item.ItemType == kStats && names.AppearIn(skillTypeText)) ||
+         (item.ItemType == kStats && names.AppearIn(skillTypeText)) || IsAtOtherTechLevel(item, that) ||
          (!that.Mods.Empty() &&
           AnyMod(that.Mods, [&](const clsMod& mod) { return names.AppearIn(mod.Tags().LowerText()); }));
 }
@@ -56,6 +64,10 @@ void LinkToAllNamed(TraitNameIndex& index, clsItem& that) {
   AnyMod(that.Mods, [&](const clsMod& mod) {
     index.Search(mod.Tags().LowerText(), false, link);
     return false;
+  });
+  if (that.FreeTagIsEmpty("tl")) return;
+  index.Search(that.LCaseName(), false, [&](clsItem& item) {
+    if (IsAtOtherTechLevel(item, that)) link(item);
   });
 }
 

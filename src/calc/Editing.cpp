@@ -5,6 +5,7 @@
 
 #include "calc/CalcSteps.h"
 #include "calc/Progression.h"
+#include "calc/SkillScale.h"
 #include "character/KVRCharacter.h"
 #include "core/Numbers.h"
 
@@ -25,19 +26,18 @@ bool Spread(clsItem& item, bool changed) {
 bool ChangeStatLevel(clsItem& item, std::int32_t level) {
   std::int32_t former = item.Level();
   item.SetLevel(level);
-  bool done = item.Calculate();
-  if (!done) item.SetLevel(former);
+  const bool done = CalculateOrUndo(item, [&] { item.SetLevel(former); });
   return Spread(item, done && item.Level() != former);
 }
 
 bool ChangeBaseLevel(clsItem& item, std::int32_t baseLevel) {
   std::int32_t formerLevel = item.Level(), formerBase = item.BaseLevel();
   item.SetBaseLevel(baseLevel);
-  bool done = item.Calculate();
-  if (done && item.Level() != formerLevel) return Spread(item, true);
+  if (!CalculateOrUndo(item, [&] { item.SetBaseLevel(formerBase); })) return false;
+  if (item.Level() != formerLevel) return Spread(item, true);
   if (item.BaseLevel() != formerBase) {
     item.SetBaseLevel(formerBase);
-    if (done) item.Calculate();
+    item.Calculate();
   }
   return false;
 }
@@ -51,14 +51,11 @@ bool ChangeCount(clsItem& item, double count) {
   double before = CountOf(item);
   item.SetTagItem("ocount", former);
   item.SetTagItem("count", NumberText(count));
-  bool done = item.Calculate();
-  if (done && CountOf(item) != before) return Spread(item, true);
-  item.SetTagItem("count", former);
+  const auto undo = [&] { item.SetTagItem("count", former); };
+  if (!CalculateOrUndo(item, undo)) return false;
+  if (CountOf(item) != before) return Spread(item, true);
+  undo();
   return false;
-}
-
-const clsSkillCosts* SkillTypeOf(const clsItem& item) {
-  return item.Owner->SkillType(item.SkillType().empty() ? "M/H" : item.SkillType());
 }
 
 void IncrementSkill(clsItem& item) {

@@ -1,25 +1,314 @@
-// Skills and spells: the level that points and defaults buy.
+// Skills, spells, techniques and combinations: the points that count, the default, and the level that both
+// buy.
+#include "calc/CalcSteps.h"
+#include "calc/Children.h"
+#include "calc/Combinations.h"
+#include "calc/SkillLimits.h"
+#include "calc/SkillScale.h"
+#include "calc/modSolver.h"
 #include "character/KVRCharacter.h"
 #include "core/Numbers.h"
+#include "core/modLogging.h"
 
 namespace kvr {
+namespace {
+
+void LogUnknownType(const clsItem& item) {
+  ActivityLog& log = item.Owner->Env().log;
+  const std::string type(SkillTypeNameOf(item));
+  log.LogRed("Unknown Skill Type: " + type);
+  log.LogRed("'" + item.FullName() + "' has no level: no skill type is named as its tag 'type' says (" +
+             type + ").");
+}
+
+// The cheapest start of a spell, unless parts of a point may be spent on it, is a whole point.
+Currency LeastPoints(const clsItem& item, const clsSkillCosts& type) {
+  const bool wholePoint = item.ItemType == kSpells && item.Owner->AllowHalfPointSpells == 0;
+  return wholePoint && type.MinCost() < Currency(1) ? Currency(1) : type.MinCost();
+}
+
+std::string_view NameInReference(std::string_view text) {
+  const std::string_view name = modPrefixes::ExtractPrefix(text).rest;
+  return Trim(name.substr(0, name.find("::")));
+}
+
+// The calculation of one trait; the steps are run in order.
+class SkillCalculation {
+ public:
+  explicit SkillCalculation(clsItem& item) : item_(item), type_(SkillTypeOf(item)) {}
+
+  // False when the skill type is unknown, and there is nothing to calculate.
+  bool Begin();
+  void ReadBonuses();
+  void SpendPoints();
+  void FindDefault();
+  void FindCombinedLevel();
+  void FindLevel();
+  void FindLevelAboveDefault();
+  void HoldPointsToLimit();
+  void HoldLevelToLimit();
+  void StorePoints();
+  void StoreLevels();
+  void StoreRelativeLevel();
+  void AddChildren();
+
+ private:
+  void RaiseToWholePoint();
+  void ApplyPoints();
+  void WriteDefault(std::int32_t level);
+  void WriteNoDefault();
+
+  clsItem& item_;
+  const clsSkillCosts* type_;
+  SkillLimits limits_;
+  // Points: spent, multiplied, free by a default, of the user, of other traits, all free ones, all that
+  // count.
+  Currency spent_, multiplied_, default_, user_, system_, extra_, applicable_;
+  // Free points that bonuses on the tag `basepoints` give; they count as if they had been spent.
+  Currency bonusBase_;
+  double multiplier_ = 1;
+  std::int32_t defaultLevel_ = 0, level_ = 0;
+  std::string defaultName_;
+  std::int32_t defaultKey_ = 0;
+};
+
+bool SkillCalculation::Begin() {
+  item_.SetLevel(0);
+  item_.SetBaseLevel(0);
+  item_.SetPoints(0);
+  item_.BonusList.clear();
+  item_.ConditionalList.clear();
+  limits_ = ReadSkillLimits(item_);
+  if (type_ != nullptr) return true;
+  LogUnknownType(item_);
+  item_.SetPreModsPoints(0);
+  item_.SetBaseAppPoints(0);
+  return false;
+}
+
+void SkillCalculation::ReadBonuses() {
+  system_ = item_.CalcApplicableSysPoints();
+  user_ = item_.GetUserBonusPoints();
+  multiplier_ = item_.CalcApplicablePointMult();
+  bonusBase_ = Currency::FromDouble(item_.CalcApplicableTargetTagBonus("basepoints"));
+}
+
+void SkillCalculation::SpendPoints() {
+  spent_ = item_.BasePoints();
+  if (limits_.mostPoints > Currency()) spent_ = std::min(spent_, limits_.mostPoints);
+  if (limits_.hasLeastPoints && spent_ < limits_.leastPoints) {
+    spent_ = limits_.leastPoints;
+    if (spent_ > Currency()) item_.SetBasePoints(spent_);
+  }
+  if (spent_ < Currency()) {
+    item_.Owner->Env().log.LogLine("'" + item_.FullName() + "' has " + NumberText(spent_) +
+                                   " in its tag 'basepoints'; points below 0 count as 0.");
+    spent_ = 0;
+  }
+  RaiseToWholePoint();
+  ApplyPoints();
+}
+
+// A part of a point is spent on a spell only where the character's rules allow that.
+void SkillCalculation::RaiseToWholePoint() {
+  if (item_.ItemType != kSpells || item_.Owner->AllowHalfPointSpells != 0) return;
+  if (spent_ > Currency() && spent_ < Currency(1)) spent_ = 1;
+}
+
+void SkillCalculation::ApplyPoints() {
+  multiplied_ = Currency::FromDouble(multiplier_ * spent_.ToDouble());
+  extra_ = default_ + user_ + system_;
+  applicable_ = multiplied_ + extra_ + bonusBase_;
+}
+
+void SkillCalculation::FindDefault() {
+  defaultLevel_ = item_.privGetDefaultLevel(defaultName_, defaultKey_);
+}
+
+// To a combination the level of what it joins is what a default is to a technique.
+void SkillCalculation::FindCombinedLevel() {
+  CombinedLevelResult combined = CombinedLevel(item_);
+  defaultLevel_ = CLngClamped(static_cast<double>(combined.level) + type_->Base());
+  defaultName_ = std::move(combined.source.name);
+  defaultKey_ = combined.source.idKey;
+  WriteTag(item_, "combolevel", std::to_string(defaultLevel_));
+}
+
+// A technique or combination without points is at its default.
+void SkillCalculation::FindLevelAboveDefault() {
+  WriteDefault(defaultLevel_);
+  const bool hasPoints = applicable_ > Currency();
+  level_ = type_->SubZero && !hasPoints ? defaultLevel_
+                                        : SkillScale(item_, *type_).Level(defaultLevel_, applicable_);
+}
+
+// A default above the start value is worth the points that its level would cost, and the user's own points
+// buy above it; any other is the level of a skill that has no better one.
+void SkillCalculation::FindLevel() {
+  if (item_.Maneuver() != 0) return FindLevelAboveDefault();
+  const SkillScale scale(item_, *type_);
+  level_ = scale.Level(defaultLevel_, applicable_);
+  if (defaultLevel_ > 0 || type_->SubZero) {
+    default_ = std::max(scale.PointsFor(defaultLevel_, defaultLevel_), Currency());
+  }
+  if (default_ > Currency()) {
+    WriteDefault(defaultLevel_);
+    ApplyPoints();
+    level_ = std::max(level_, scale.Level(defaultLevel_, applicable_));
+  } else {
+    WriteNoDefault();
+    if (level_ <= 0 && defaultLevel_ > 0) level_ = defaultLevel_;
+  }
+}
+
+void SkillCalculation::WriteDefault(std::int32_t level) {
+  WriteTag(item_, "deffrom", defaultName_);
+  WriteTag(item_, "deffromid", defaultKey_ == 0 ? "" : std::to_string(defaultKey_));
+  WriteTag(item_, "deflevel", std::to_string(level));
+}
+
+void SkillCalculation::WriteNoDefault() {
+  WriteTag(item_, "deffrom", "");
+  WriteTag(item_, "deffromid", "");
+  WriteTag(item_, "deflevel", "0");
+}
+
+// A level past its limit doesn't cost more than the limit does.
+void SkillCalculation::HoldPointsToLimit() {
+  const bool optionOn = item_.Owner->Env().Config.UptoAffectsPoints != 0;
+  if (!optionOn || limits_.mostLevel <= 0 || level_ <= limits_.mostLevel) return;
+  const SkillScale scale(item_, *type_);
+  spent_ = scale.PointsFor(defaultLevel_, limits_.mostLevel);
+  if (multiplier_ != 0) spent_ = Currency::FromDouble(spent_.ToDouble() / multiplier_);
+  if (spent_ < type_->MinCost() && item_.ItemType == kSpells && item_.Owner->AllowHalfPointSpells == 0) {
+    spent_ = 1;
+  } else if (spent_ <= type_->MinCost()) {
+    spent_ = type_->MinCost();
+  }
+  ApplyPoints();
+  level_ = scale.Level(defaultLevel_, applicable_);
+}
+
+void SkillCalculation::HoldLevelToLimit() {
+  if (limits_.mostLevel > 0) level_ = std::min(level_, limits_.mostLevel);
+}
+
+// Taking the free points off what counts and dividing by the multiplier would give the points spent again,
+// but for what rounding loses, and a trait must not change by being calculated twice.
+void SkillCalculation::StorePoints() {
+  WriteTag(item_, "pointmult", NumberText(multiplier_));
+  if (!bonusBase_.IsZero()) {
+    WriteTag(item_, "bonusbasepoints", NumberText(bonusBase_));
+  } else if (!item_.FreeTagIsEmpty("bonusbasepoints")) {
+    item_.DeleteTag("bonusbasepoints");
+  }
+  item_.SetMultPoints(multiplied_);
+  item_.SetBonusPoints(user_);
+  item_.SetSysPoints(system_);
+  item_.SetDefPoints(default_);
+  item_.SetExtraPoints(extra_);
+  item_.SetAppPoints(applicable_);
+  item_.SetBaseAppPoints(applicable_ - extra_);
+  item_.SetPoints(spent_);
+  item_.SetBasePoints(spent_);
+}
+
+// The points are stored by now and the level is not: a skill without either takes no bonus on its level.
+void SkillCalculation::StoreLevels() {
+  const double system = RoundHalfEven(item_.CalcApplicableSysBonus());
+  const double user = item_.GetUserBonusLevels();
+  const double multiplier = item_.CalcApplicableLevelMult();
+  item_.SetLevel(CLng(system + user + multiplier * level_));
+  item_.SetBaseLevel(level_);
+  WriteTag(item_, "levelmult", NumberText(multiplier));
+  WriteTag(item_, "syslevels", NumberText(system));
+  WriteTag(item_, "extralevels", NumberText(system + user));
+}
+
+// "DX" and "+2"; what rests on a default or on joined traits is shown against that.
+void SkillCalculation::StoreRelativeLevel() {
+  const std::string stat(StatTextOf(item_, *type_));
+  const bool ordinary = item_.Maneuver() == 0;
+  std::string_view from = type_->RelName;
+  if (from.empty()) from = ordinary ? NameInReference(stat) : std::string_view(defaultName_);
+  const double relative = item_.Level() - (ordinary ? modSolver::Solver(stat, item_) : defaultLevel_);
+  WriteTag(item_, "stepoff", from);
+  WriteTag(item_, "step", (relative >= 0 ? "+" : "") + NumberText(relative));
+}
+
+void SkillCalculation::AddChildren() {
+  if (!item_.ChildKeyList().empty() || !item_.FreeTagIsEmpty("childpoints")) {
+    const Currency children = PointsOfChildren(item_, ChildProfile::Sum);
+    WriteTag(item_, "childpoints", NumberText(children));
+    item_.SetPoints(item_.Points() + children);
+  }
+  item_.SetPreModsPoints(item_.Points());
+}
+
+void FinishSkill(SkillCalculation& calculation, clsItem& item) {
+  calculation.FindLevel();
+  calculation.HoldPointsToLimit();
+  calculation.HoldLevelToLimit();
+  calculation.StorePoints();
+  calculation.StoreLevels();
+  calculation.StoreRelativeLevel();
+  calculation.AddChildren();
+  SumConditionals(item);
+}
+
+// The points that come to `needed` once they are multiplied.
+Currency PointsBeforeMultiplier(Currency needed, double multiplier) {
+  if (multiplier == 0) return needed;
+  const Currency points = Currency::FromDouble(needed.ToDouble() / multiplier);
+  const bool tooFew = Currency::FromDouble(multiplier * points.ToDouble()) < needed;
+  return tooFew ? points + Currency::FromUnits(1) : points;
+}
+
+}  // namespace
 
 void clsItem::privCalcSkillItem() {
   CalcManeuver();
-  SetPreModsPoints(Points());
-  SetBaseAppPoints(AppPoints() - ExtraPoints());
+  if (Maneuver() == 2) return privCalcSkillComboItem();
+  SkillCalculation calculation(*this);
+  if (!calculation.Begin()) return;
+  calculation.ReadBonuses();
+  calculation.SpendPoints();
+  calculation.FindDefault();
+  FinishSkill(calculation, *this);
 }
 
-std::int32_t clsItem::privGetLevel(std::int32_t defaultLevel, Currency /*points*/) {
-  return defaultLevel;
-}
-
-Currency clsItem::privGetPointsForLevel(std::int32_t /*defaultLevel*/, std::int32_t /*wanted*/) {
-  return 0;
+void clsItem::privCalcSkillComboItem() {
+  RefreshCombinationKeys(*this);
+  SkillCalculation calculation(*this);
+  if (!calculation.Begin()) return;
+  calculation.ReadBonuses();
+  calculation.SpendPoints();
+  calculation.FindCombinedLevel();
+  FinishSkill(calculation, *this);
 }
 
 bool clsItem::SetSkillScoreTo(double value) {
-  return Level() == value;
+  const double before = Level();
+  const Currency former = BasePoints();
+  const std::int32_t wanted = CLngClamped(value - Val(FreeTag("extralevels")));
+  const clsSkillCosts* type = SkillTypeOf(*this);
+  if (type == nullptr) {
+    LogUnknownType(*this);
+    return false;
+  }
+  Currency points = privGetPointsForLevel(CLngClamped(Val(FreeTag("deflevel"))), wanted) - ExtraPoints() -
+                    Currency::FromVal(FreeTag("bonusbasepoints"));
+  points = PointsBeforeMultiplier(points, Val(FreeTag("pointmult")));
+  if (points <= Currency() || points < type->MinCost()) {
+    points = FreeTagIsEmpty("deffrom") ? LeastPoints(*this, *type) : Currency();
+  }
+  SetBasePoints(points);
+  if (!Calculate()) {
+    SetBasePoints(former);
+    return false;
+  }
+  Owner->PushTrickle(*this);
+  return ReachedOrPassed(before, Level(), value);
 }
 
 // The skill types stand in order, the easier one before the harder.

@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include "batch/BatchRunner.h"
+#include "calc/SkillDefaults.h"
 #include "calc/modSolver.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
@@ -148,6 +149,21 @@ void OptSpec(BatchRunner& runner, Arguments& arguments) {
   runner.Print(item.TagItem("type"));
 }
 
+// By reference, or by its name alone.
+clsItem& SkillArgument(BatchRunner& runner, std::string_view name) {
+  for (const ItemType type : {kSkills, kSpells}) {
+    if (clsItem* item = runner.Character().FindItem(name, type)) return *item;
+  }
+  clsItem& item = runner.Trait(name);
+  if (item.ItemType == kSkills || item.ItemType == kSpells) return item;
+  throw CommandFailure(fmt::format("\"{}\" is no skill and no spell", name));
+}
+
+void Skill(BatchRunner& runner, Arguments& arguments) {
+  clsItem& item = SkillArgument(runner, arguments.LastReference());
+  runner.Print(fmt::format("{}\t{}\t{}", item.Level(), DefaultInUse(item), NumberText(item.Points())));
+}
+
 // "@" directly followed by a key, a brace, or a prefix with its colon names the context; "@max(" does not.
 CalcItem& ContextArgument(BatchRunner& runner, Arguments& arguments) {
   const std::string_view rest = arguments.Rest();
@@ -190,6 +206,7 @@ constexpr Command kCommands[] = {
     {"reactivate", "REF", "lets a trait give its bonuses again", Switch<&KVRCharacter::ReActivateItem>},
     {"parent", "REF REF", "makes the second trait the parent of the first; - for none", Parent},
     {"optspec", "REF on|off", "makes a skill an optional specialty; prints its type", OptSpec},
+    {"skill", "NAME", "level, default in use and points of a skill or spell", Skill},
     {"eval", "[@REF] EXPR", "the number that a formula comes to, for a trait or the character", Eval},
     {"text", "[@REF] EXPR", "the text that a formula comes to", Text},
 };
