@@ -39,7 +39,7 @@ std::int32_t LevelBought(const clsItem& item) {
   std::string_view keeper = item.FreeTag("keep");
   if (keeper.empty()) return item.BaseLevel();
   const clsItem* other = item.Owner->Items.Item(std::string("k").append(keeper));
-  return other != nullptr && !other->FreeTagIsEmpty("lockstep") ? other->Level() : item.BaseLevel();
+  return other != nullptr && IsSet(other->FreeTag("lockstep")) ? other->Level() : item.BaseLevel();
 }
 
 std::int32_t LimitedLevel(std::int32_t level, double bonuses, const LevelLimits& limits) {

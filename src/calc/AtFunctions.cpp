@@ -47,11 +47,6 @@ Arguments Split(std::string_view arguments) {
   throw KVRError(ErrorNumber::MissingKey);
 }
 
-double Checked(double value) {
-  if (!std::isfinite(value)) throw KVRError(ErrorNumber::Overflow);
-  return value;
-}
-
 double Solved(std::string_view text, Context& context) {
   return Solver(text, context.item);
 }
@@ -114,7 +109,7 @@ double If(std::string_view arguments, Context& context) {
 double Factorial(std::string_view arguments, Context& context) {
   const int n = CInt(Solved(arguments, context));
   double product = 1;
-  for (int i = 2; i <= n; ++i) product = Checked(product * i);
+  for (int i = 2; i <= n; ++i) product = Finite(product * i);
   return product;
 }
 
@@ -130,7 +125,7 @@ double Power(std::string_view arguments, Context& context) {
   const double base = SolvedAlive(split.first[0], context), exponent = SolvedAlive(split.first[1], context);
   if (base < 0 && exponent != std::trunc(exponent)) return 1;
   if (base == 0 && exponent < 0) InvalidCall();
-  return Checked(std::pow(base, exponent));
+  return Finite(std::pow(base, exponent));
 }
 
 double NaturalLog(std::string_view arguments, Context& context) {

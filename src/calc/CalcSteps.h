@@ -30,6 +30,19 @@ inline void SumConditionals(clsItem& item) {
   item.ConditionalApplicableSysPoints();
 }
 
+// Calculates a trait of which an input was changed. When that fails, in whatever way, the change is undone.
+template <class Undo>
+bool CalculateOrUndo(clsItem& item, Undo&& undo) {
+  try {
+    if (item.Calculate()) return true;
+  } catch (const SolverFailure&) {
+    undo();
+    throw;
+  }
+  undo();
+  return false;
+}
+
 // Whether a move from `before` brought `after` to `wanted` or beyond it.
 inline bool ReachedOrPassed(double before, double after, double wanted) {
   if (Round15(after) == Round15(wanted)) return true;

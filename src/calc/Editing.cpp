@@ -58,26 +58,48 @@ bool ChangeCount(clsItem& item, double count) {
   return false;
 }
 
+void SpendPoints(clsItem& item, Currency points) {
+  const Currency former = item.BasePoints();
+  item.SetBasePoints(points);
+  Spread(item, CalculateOrUndo(item, [&] { item.SetBasePoints(former); }));
+}
+
 void IncrementSkill(clsItem& item) {
   const clsSkillCosts* type = SkillTypeOf(item);
   if (type == nullptr) return;
   item.SetSkillScoreTo(StepFrom(item.Level(), 1));
-  if (item.BasePoints() > 0) return;
-  item.SetBasePoints(type->MinCost());
-  Spread(item, item.Calculate());
+  if (item.BasePoints() <= 0) SpendPoints(item, type->MinCost());
 }
 
 // A level below the lowest goes back to the default, or else stays at the least cost.
 void DecrementSkill(clsItem& item) {
   const clsSkillCosts* type = SkillTypeOf(item);
   if (type == nullptr || item.SetSkillScoreTo(StepFrom(item.Level(), -1))) return;
+  const bool wholePoint = item.ItemType == kSpells && item.Owner->AllowHalfPointSpells == 0;
+  Currency points = item.BasePoints();
   if (!item.FreeTagIsEmpty("deffrom")) {
-    item.SetBasePoints(0);
-  } else if (item.BasePoints() < type->MinCost()) {
-    bool wholePoint = item.ItemType == kSpells && item.Owner->AllowHalfPointSpells == 0;
-    item.SetBasePoints(wholePoint ? Currency(1) : type->MinCost());
+    points = 0;
+  } else if (points < type->MinCost()) {
+    points = wholePoint ? Currency(1) : type->MinCost();
   }
-  Spread(item, item.Calculate());
+  SpendPoints(item, points);
+}
+
+bool MoveTo(clsItem& item, double value) {
+  double before = item.ItemType == kEquipment ? CountOf(item) : item.Level();
+  switch (item.ItemType) {
+    case kStats:
+      return item.SetStatScoreTo(value);
+    case kSkills:
+    case kSpells:
+      return item.SetSkillScoreTo(value);
+    case kEquipment:
+      ChangeCount(item, value);
+      return ReachedOrPassed(before, CountOf(item), value);
+    default:
+      ChangeBaseLevel(item, CLngClamped(RoundHalfEven(value)));
+      return ReachedOrPassed(before, item.Level(), value);
+  }
 }
 
 bool IsLocked(const clsItem& item) {
@@ -125,21 +147,10 @@ void clsItem::Decrement() {
 }
 
 bool clsItem::SetScoreTo(double value) {
-  value = std::min(value, kGreatestScore);
-  double before = ItemType == kEquipment ? CountOf(*this) : Level();
-  switch (ItemType) {
-    case kStats:
-      return SetStatScoreTo(value);
-    case kSkills:
-    case kSpells:
-      return SetSkillScoreTo(value);
-    case kEquipment:
-      ChangeCount(*this, value);
-      return ReachedOrPassed(before, CountOf(*this), value);
-    default:
-      ChangeBaseLevel(*this, CLngClamped(RoundHalfEven(value)));
-      return ReachedOrPassed(before, Level(), value);
-  }
+  TraceScope trace("clsItem:SetScoreTo");
+  bool reached = false;
+  LogFailure(Owner->Env().log, [&] { reached = MoveTo(*this, std::min(value, kGreatestScore)); });
+  return reached;
 }
 
 Currency clsItem::ReturnLevelForPoints(Currency points, bool roundUp) {

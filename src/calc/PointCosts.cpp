@@ -38,15 +38,16 @@ void KVRCharacter::CalcPointCosts() {
   }
   TrickleScope scope(*this);
   TotalsRead known(*this);
+  FirstFailure failure;
   for (;;) {
-    UpdateTotals();
+    failure.Run([this] { UpdateTotals(); });
     TotalsRead now(*this);
     if (now != known) {
       for (std::int32_t key : charValueReaders_) QueueKey(key);
     }
-    if (recalcQueue_.empty()) return;
+    if (recalcQueue_.empty()) return failure.PassOn();
     known = now;
-    EmptyQueue();
+    failure.Run([this] { EmptyQueue(); });
   }
 }
 
@@ -58,8 +59,10 @@ void KVRCharacter::UpdateTotals() {
     ~Costing() { flag_ = false; }
     bool& flag_;
   } costing(costing_);
-  LogFailure(env_.log, [this] { CalcBaseDamage(); });
-  LogFailure(env_.log, [this] { CalcParryBlock(); });
+  FirstFailure failure;
+  failure.Run([this] { LogFailure(env_.log, [this] { CalcBaseDamage(); }); });
+  failure.Run([this] { LogFailure(env_.log, [this] { CalcParryBlock(); }); });
+  failure.PassOn();
 }
 
 void KVRCharacter::SumCosts() {

@@ -1,7 +1,6 @@
 // How a change spreads: a queue of traits to calculate, in which each stands once, and the pass over all
 // traits.
 #include <algorithm>
-#include <chrono>
 
 #include "character/KVRCharacter.h"
 #include "core/Numbers.h"
@@ -75,14 +74,16 @@ void KVRCharacter::TrickleRecalcItems() {
 
 void KVRCharacter::EmptyQueue() {
   RefreshPause pause(env_.events);
+  FirstFailure failure;
   while (!recalcQueue_.empty()) {
     std::int32_t key = recalcQueue_.front();
     recalcQueue_.pop_front();
     queued_.erase(key);
     // A trait may have been removed while it stood in the queue.
     clsItem* item = ItemByKey(key);
-    if (item != nullptr && MayVisit(*item)) item->Calculate();
+    if (item != nullptr && MayVisit(*item)) failure.Run([item] { item->Calculate(); });
   }
+  failure.PassOn();
 }
 
 bool KVRCharacter::MayVisit(const clsItem& item) {
@@ -97,19 +98,21 @@ bool KVRCharacter::MayVisit(const clsItem& item) {
 
 void KVRCharacter::RecalculateAll(bool pushAll) {
   TraceScope trace("KVRCharacter:RecalculateAll");
-  auto start = std::chrono::steady_clock::now();
+  const TimerScope timer;
   RefreshPause pause(env_.events);
   OptionOff secondaryFeatures(env_.Config.NoCalcSecondaryFeatures);
   TokenCache.Clear();
-  CalcPointCosts();
+  FirstFailure failure;
+  failure.Run([this] { CalcPointCosts(); });
   for (clsItem& item : Items) {
-    item.Calculate();
-    if (pushAll) PushTrickle(item);
+    failure.Run([&] {
+      item.Calculate();
+      if (pushAll) PushTrickle(item);
+    });
   }
-  CalcPointCosts();
-  if (!pushAll) return;
-  std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-  env_.log.LogLine("Recalc took " + NumberText(taken.count()) + " seconds");
+  failure.Run([this] { CalcPointCosts(); });
+  if (pushAll) env_.log.LogLine("Recalc took " + NumberText(timer.Seconds()) + " seconds");
+  failure.PassOn();
 }
 
 void KVRCharacter::ClearTokensForItem(clsItem& item) {

@@ -88,8 +88,8 @@ void clsItem::privCalcStatItem() {
     level = LimitedLevel(level, step, baseValue, bonuses, limits);
     base = level * step + baseValue;
   }
+  double score = RoundScore(Finite(base + bonuses), RoundMode(*this));
   WriteTag(*this, "basescore", NumberText(base));
-  double score = RoundScore(base + bonuses, RoundMode(*this));
   Currency points = step == 0 ? Currency() : CalcStatPoints(level, true);
   SetLevel(level);
   SetScore(score);
@@ -117,10 +117,7 @@ bool clsItem::SetStatScoreTo(double value) {
   double bonuses = Val(FreeTag("syslevels")) + Val(FreeTag("bonuslevels"));
   std::int32_t level = Level();
   SetLevel(CLngClamped(RoundHalfEven(Round15((value - baseValue - bonuses) / step))));
-  if (!Calculate()) {
-    SetLevel(level);
-    return false;
-  }
+  if (!CalculateOrUndo(*this, [&] { SetLevel(level); })) return false;
   Owner->PushTrickle(*this);
   return ReachedOrPassed(before, Score(), value);
 }

@@ -83,8 +83,8 @@ class KVRCharacter final : public CalcItem {
 
   // --- Collections
   // -------------------------------------------------------------------------------------------------
-  clsSortedItemCollection Items;                  // all traits, keyed "k17"
-  std::array<clsSortedItemList, 10> ItemsByType;  // 1 to 9, the same traits
+  clsSortedItemCollection Items;                                 // all traits, keyed "k17"
+  std::array<clsSortedItemList, 10> ItemsByType;                 // 1 to 9, the same traits
   std::vector<std::unique_ptr<clsBonus>> Bonuses, Conditionals;  // in order of their keys
   std::vector<std::unique_ptr<clsTaboo>> Taboos;
   clsSortedCatCollection Cats;
@@ -220,8 +220,9 @@ class KVRCharacter final : public CalcItem {
   bool FileReadKVR2(std::string_view path);
   // The path of the backup; "" when it could not be written (logged).
   std::string FileWriteTempBackup();
-  // One record as it stands in the file. While a file is read nothing is linked, and a record whose number is taken
-  // waits for the end of the file (nullptr); otherwise it gets a new number at once. A record without "|" is skipped.
+  // One record as it stands in the file. While a file is read nothing is linked, and a record whose number is
+  // taken waits for the end of the file (nullptr); otherwise it gets a new number at once. A record without
+  // "|" is skipped.
   clsItem* AddItemFromSaved(ItemType type, std::string_view record);
   clsItem* AddItemFromSavedKVR2(ItemType type, std::string_view line);
   void AddModFromSaved(std::string_view line);
@@ -236,7 +237,9 @@ class KVRCharacter final : public CalcItem {
   void QueueItem(clsItem& item) { QueueKey(item.IDKey); }
   void QueueKey(std::int32_t idKey);  // a key is in the queue only once
   // Calculates what is queued, first in, first out, until the queue is empty. One run visits a trait at most
-  // 100 times; after that a red line names it. Returns at once while a trait is being calculated.
+  // 100 times; after that a red line names it. Returns at once while a trait is being calculated. A formula
+  // that fails is passed on at the end of the run, as the other operations here do: the others are calculated
+  // first.
   void TrickleRecalcItems();
   void PushTrickle(clsItem& item) {
     PushRecalcItems(item);
@@ -422,11 +425,11 @@ class KVRCharacter final : public CalcItem {
   // From one parent to another; the new one is left to be calculated.
   void MoveToParent(clsItem& child, clsItem& parent);
 
-  std::vector<Creation> creations_;      // outermost first
-  std::size_t traitsMade_ = 0;           // by the outermost creation and all in it
-  std::vector<std::string> newCats_;     // keys of categories that it brought
-  std::vector<std::int32_t> removing_;   // traits whose removal is under way
-  // One run through the queue. What is left when a formula's failure breaks it stays queued for the next run.
+  std::vector<Creation> creations_;     // outermost first
+  std::size_t traitsMade_ = 0;          // by the outermost creation and all in it
+  std::vector<std::string> newCats_;    // keys of categories that it brought
+  std::vector<std::int32_t> removing_;  // traits whose removal is under way
+  // One run through the queue.
   class TrickleScope {
    public:
     explicit TrickleScope(KVRCharacter& character) : character_(character) { character_.trickling_ = true; }

@@ -1,7 +1,6 @@
 // Takes traits and modifiers off the character, with all that hangs on them: children, components, bonuses,
 // links, and what was changed for them elsewhere.
 #include <algorithm>
-#include <exception>
 
 #include "character/KVRCharacter.h"
 #include "character/ModTree.h"
@@ -46,15 +45,11 @@ class ItemRemoval {
 
   KVRCharacter& character_;
   std::vector<std::int32_t> bringers_;
-  std::exception_ptr failure_;
+  FirstFailure failure_;
 };
 
 void ItemRemoval::Step(const std::function<void()>& step) {
-  try {
-    LogFailure(character_.env_.log, step);
-  } catch (const SolverFailure&) {
-    if (!failure_) failure_ = std::current_exception();
-  }
+  failure_.Run([&] { LogFailure(character_.env_.log, step); });
 }
 
 bool ItemRemoval::IsUnderRemoval(std::int32_t id) const {
@@ -144,7 +139,7 @@ void ItemRemoval::Finish() {
     if (clsItem* bringer = character_.ItemByKey(id)) Step([&] { bringer->Calculate(); });
   }
   if (!bringers_.empty()) Step([&] { character_.TrickleRecalcItems(); });
-  if (failure_) std::rethrow_exception(failure_);
+  failure_.PassOn();
 }
 
 void KVRCharacter::RemoveItem(std::string_view keyText) {

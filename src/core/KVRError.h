@@ -1,6 +1,7 @@
 // Run-time failures: what stops a step, is logged, and lets the procedure around it go on.
 #pragma once
 
+#include <exception>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -38,6 +39,26 @@ class KVRError : public std::runtime_error {
 class SolverFailure : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
+};
+
+// Steps of one operation: a formula that fails in one of them doesn't keep the others from being done. The
+// first failure goes on when all are.
+class FirstFailure {
+ public:
+  template <class Step>
+  void Run(Step&& step) {
+    try {
+      step();
+    } catch (const SolverFailure&) {
+      if (!first_) first_ = std::current_exception();
+    }
+  }
+  void PassOn() const {
+    if (first_) std::rethrow_exception(first_);
+  }
+
+ private:
+  std::exception_ptr first_;
 };
 
 }  // namespace kvr

@@ -247,6 +247,11 @@ bool IsNumeric(std::string_view text) {
   return number.found && number.end == text.size();
 }
 
+double Finite(double value) {
+  if (!std::isfinite(value)) throw KVRError(ErrorNumber::Overflow);
+  return value;
+}
+
 double RoundHalfEven(double value) {
   return std::nearbyint(value);
 }

@@ -28,6 +28,8 @@ double CDbl(std::string_view text);
 // An optional sign, digits with at most one point, an exponent with E or D; nothing else, no blanks.
 bool IsNumeric(std::string_view text);
 
+// The value; error 6 when it is infinite or undefined.
+double Finite(double value);
 double RoundHalfEven(double value);
 // The value that 15 significant digits show; decides "is whole" and floors of quotients.
 double Round15(double value);

@@ -69,7 +69,7 @@ TEST(Advantages, KeptTraitFollowsInLockstep) {
   keeper.Calculate();
   kept.Calculate();
   EXPECT_EQ(kept.Level(), 3);
-  keeper.DeleteTag("lockstep");
+  keeper.SetTagItem("lockstep", "no");
   kept.SetBaseLevel(2);
   kept.Calculate();
   EXPECT_EQ(kept.Level(), 2);

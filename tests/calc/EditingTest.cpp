@@ -45,6 +45,49 @@ TEST(Editing, AStepThatALimitUndoesRestoresTheLevelBought) {
   EXPECT_EQ(kept.Points(), Currency(6 / 2));
 }
 
+// "Gap" holds a text where a number must stand, which fails in another way than a number that is too large.
+TEST(Editing, AChangeThatFailsIsUndone) {
+  struct Case {
+    ItemType type;
+    const char *tags, *failing, *value;
+  };
+  const Case cases[] = {
+      {kStats, "up(10),down(-10),step(1),basevalue(10)", "raiseruleof", "AD:Gap::cat"},
+      {kStats, "up(10),down(-10),step(1),basevalue(10)", "round", "99999"},
+      {kAds, "cost(5/10),baselevel(2)", "formula", "AD:Gap::cat"},
+      {kAds, "cost(5/10),baselevel(2)", "upto", "99999"},
+      {kPackages, "cost(5/10),baselevel(2)", "formula", "AD:Gap::cat"},
+      {kEquipment, "count(2),basecost(5)", "raiseruleof", "AD:Gap::cat"},
+  };
+  for (const Case& c : cases) {
+    RecordWorld world;
+    world.Put(kAds, "name(Gap),cat(none)");
+    clsItem& item = world.Put(c.type, "name(Nerve)," + std::string(c.tags));
+    ASSERT_TRUE(item.Calculate());
+    item.SetTagItem(c.failing, c.value);
+    const auto state = [&item] {
+      std::string text;
+      for (const char* tag : {"level", "baselevel", "count", "score", "points"})
+        text += item.TagItem(tag) + " ";
+      return text;
+    };
+    const std::string before = state();
+    const auto change = [&](int number) {
+      if (number == 0) return item.Increment();
+      if (number == 1) return item.Decrement();
+      item.SetScoreTo(15);
+    };
+    for (int number = 0; number < 3; ++number) {
+      try {
+        change(number);
+      } catch (const SolverFailure&) {
+      }
+      EXPECT_EQ(state(), before) << c.tags << " " << c.value << ", change " << number;
+    }
+    EXPECT_GE(world.Logged(": Error "), 3) << c.tags << " " << c.value;
+  }
+}
+
 TEST(Editing, CountOfEquipment) {
   RecordWorld world;
   clsItem& rope = world.Put(kEquipment, "name(Rope),count(1)");

@@ -173,6 +173,38 @@ TEST(Recalculation, AFormulasFailureLeavesNothingHalfDone) {
   EXPECT_EQ(events.depth, 0);
 }
 
+// The failure goes on to whoever began the operation, when the others have their values.
+TEST(Recalculation, AFailingFormulaKeepsNobodyElseFromBeingCalculated) {
+  RecordWorld world;
+  KVRCharacter& c = world.character;
+  clsItem& vigour = world.Put(kStats, "name(Vigour),up(10),step(1),basevalue(10)");
+  clsItem& ache = world.Put(kAds, "name(Ache),formula(ST:Vigour * AD:Ache::cat),cat(none),baselevel(1)");
+  clsItem& brag = world.Put(kAds, "name(Brag),formula(ST:Vigour),baselevel(1)");
+  clsItem& calm = world.Put(kAds, "name(Calm),formula(AD:Brag::points + char::statcost),baselevel(1)");
+  c.CreateAllAffectsLinks();
+  for (bool pushAll : {false, true}) {
+    brag.SetPoints(0);
+    EXPECT_THROW(c.RecalculateAll(pushAll), SolverFailure);
+    EXPECT_EQ(brag.Points(), Currency(10));
+    EXPECT_EQ(calm.Points(), Currency(10));
+    EXPECT_EQ(c.TotalCost, Currency(20));
+  }
+  EXPECT_THROW(vigour.SetScoreTo(12), SolverFailure);
+  EXPECT_EQ(brag.Points(), Currency(12));
+  c.CalcPointCosts();
+  EXPECT_EQ(calm.Points(), Currency(32));
+  EXPECT_EQ(c.TotalCost, Currency(12 + 32 + 20));
+  ache.SetTagItem("cat", "3");
+  c.RecalculateAll();
+  EXPECT_EQ(ache.Points(), Currency(36));
+
+  c.BasicDamageList.emplace_back();
+  c.BasicDamageList.back().SWBase = "@sqr(0-1)";
+  brag.SetPoints(0);
+  EXPECT_THROW(c.RecalculateAll(), SolverFailure);
+  EXPECT_EQ(brag.Points(), Currency(12)) << "a broken table of damage is no reason either";
+}
+
 TEST(Recalculation, ModifiersMitigate) {
   struct Case {
     const char *first, *second, *tag, *mitigated;

@@ -195,6 +195,7 @@ TEST_F(SolverTest, DefaultsAreHeldToTheRuleOfLimit) {
   EXPECT_EQ(source.name, "Deftness");
   EXPECT_EQ(source.idKey, deftness.IDKey);
   deftness.SetTagItem("raiseruleof", "2");
+  deftness.privCalcRaiseRuleOf();
   EXPECT_EQ(modSolver::SolverForDefaults(key + "??score+1", source, *nose_), 23);
   EXPECT_EQ(modSolver::SolverForDefaults("999999??"
                                          "-5",

@@ -55,6 +55,18 @@ TEST(Stats, ScoreAndPointsFromLevel) {
   }
 }
 
+TEST(Stats, AScoreBeyondAllNumbersIsAFailure) {
+  for (const char* tags : {"step(1E+308),basevalue(10)", "step(-1E+308),basevalue(10),bonuslevels(1E+308)"}) {
+    RecordWorld world;
+    clsItem& stat = world.Put(kStats, "name(Vigour)," + std::string(tags));
+    stat.SetLevel(9);
+    stat.SetScore(4);
+    EXPECT_FALSE(stat.Calculate()) << tags;
+    EXPECT_EQ(stat.Score(), 4);
+    EXPECT_EQ(world.Logged("Error 6"), 1);
+  }
+}
+
 TEST(Stats, InPlayCostsMoreAndRemembersWhatWasPaid) {
   RecordWorld world;
   clsItem& stat = world.Put(kStats, "name(Vigour),up(10),step(1),basevalue(10),inplaymult(2)");
