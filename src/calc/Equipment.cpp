@@ -130,7 +130,7 @@ class EquipmentSums {
     sums_.weight = Solved("baseweight", kWeightFault);
     sums_.cost = Solved("basecost", kCostFault);
     Amounts owned;
-    ForEachOwned(item_, [&](clsItem& component) { Take(component, owned); });
+    ForEachOwned(item_, [&](clsItem& component) { Take(component, owned, "pkids"); });
     sums_ += owned;
     sums_.weight = AdjustedSum(sums_.weight, kBaseWeight);
     sums_.cost = AdjustedSum(sums_.cost, kBaseCost);
@@ -155,17 +155,15 @@ class EquipmentSums {
 
   // Behind the multiplication: however many containers are counted, they hold their contents once.
   void AddChildren() {
-    bool isCircle = false;
     if (!Trim(item_.ChildKeyList()).empty()) {
       Amounts children;
-      ForEachChild(item_, [&](clsItem& child) { isCircle = !Take(child, children) || isCircle; });
+      ForEachChild(item_, [&](clsItem& child) { Take(child, children, "childkeylist"); });
       children.cost = AdjustedSum(children.cost, kChildrenCosts);
       children.weight = AdjustedSum(children.weight, kChildrenWeights);
       WriteTag(item_, "childrencosts", NumberText(children.cost));
       WriteTag(item_, "childrenweights", NumberText(children.weight));
       sums_ += children;
     }
-    Report(kCircleFault, isCircle, "childkeylist");
   }
 
   void WriteTotals() {
@@ -175,10 +173,10 @@ class EquipmentSums {
   }
 
   // A piece that this one lies in adds nothing: the sums would grow with every calculation.
-  bool Take(clsItem& inner, Amounts& sum) {
-    if (Holds(inner, item_)) return false;
-    sum += AmountsOf(inner);
-    return true;
+  void Take(clsItem& inner, Amounts& sum, std::string_view tag) {
+    const bool isCircle = Holds(inner, item_);
+    Report(kCircleFault, isCircle, tag);
+    if (!isCircle) sum += AmountsOf(inner);
   }
 
   Currency Solved(std::string_view tag, Fault fault) {

@@ -30,9 +30,10 @@ bool HasReference(std::string_view text) {
   return found;
 }
 
+// What a text function gives is a text, unless it is a formula again.
 std::string SolvedElement(std::string_view element, CalcItem& context) {
-  std::string text(element);
-  if (text.find_first_of("$%") != npos) text = modSolver::TextFunctionSolver(element, context);
+  if (element.find('$') == npos) return NumberText(modSolver::Solver(element, context));
+  const std::string text = modSolver::TextFunctionSolver(element, context);
   return IsFormula(text) ? NumberText(modSolver::Solver(text, context)) : text;
 }
 
@@ -49,8 +50,7 @@ bool IsFormula(std::string_view text) {
 }
 
 bool IsArithmetic(std::string_view text) {
-  return text.find_first_not_of("0123456789.+-*/\\^() ") == npos &&
-         text.find_first_of("0123456789") != npos;
+  return text.find_first_not_of("0123456789.+-*/\\^() ") == npos && text.find_first_of("0123456789") != npos;
 }
 
 std::string Solved(std::string_view text, CalcItem& context, bool isFormula) {

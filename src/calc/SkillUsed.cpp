@@ -25,10 +25,9 @@ clsItem* FindUsable(const KVRCharacter& character, std::string_view name, ItemTy
   if (clsItem* exact = character.FindItem(name, type)) return exact;
   if (type == kStats) return character.FindItemBySymbol(name, kStats);
   clsItem* best = nullptr;
-  const clsSortedItemList& list = character.ItemsByType[static_cast<std::size_t>(type)];
-  for (std::size_t at = character.ListItemPosByNameOnly(type, name); at != 0;
-       at = character.ListItemPosByNameOnly(type, name, at + 1)) {
-    clsItem& trait = list.Item(at);
+  for (std::size_t at = character.ItemPositionByNameOnly(name, type); at != 0;
+       at = character.ItemPositionByNameOnly(name, type, at + 1)) {
+    clsItem& trait = character.Items.Item(at);
     if (best == nullptr || trait.Level() > best->Level()) best = &trait;
   }
   return best;

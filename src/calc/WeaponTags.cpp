@@ -39,6 +39,13 @@ std::string WithNumberBonus(std::string_view text, double adder, double multipli
   return result;
 }
 
+// Words that are added lose the sign that says so; an amount keeps it.
+std::string_view AddedText(std::string_view text) {
+  const bool isAmount = text.size() > 1 && text[1] >= '0' && text[1] <= '9';
+  if (text.starts_with('+') && !isAmount) text.remove_prefix(1);
+  return text;
+}
+
 bool IsWordLetter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
 }
@@ -172,7 +179,7 @@ std::string WeaponTags::WorkedOut(std::size_t row, std::size_t mode) {
       text = WithNumberBonus(text, bonus.adder, bonus.multiplier);
   }
   if (!bonus.multiplierText.empty() && !text.empty()) text += "*" + bonus.multiplierText;
-  return text + bonus.adderText;
+  return text.append(AddedText(bonus.adderText));
 }
 
 // "me::minst" in a formula of one mode means the value of that mode, not the list of all.
