@@ -2,7 +2,7 @@
 #include "calc/DamageText.h"
 
 #include <cmath>
-#include <optional>
+#include <functional>
 
 #include "calc/FormulaText.h"
 #include "calc/SolverContext.h"
@@ -101,7 +101,8 @@ void ReplaceForms(std::string& text, clsItem& trait, const DamageRules& rules) {
   for (const Form& form : kForms) {
     ReplaceCalls(text, form.function, [&](std::string_view argument) {
       const double value = modSolver::Solver(argument, trait);
-      return (trait.Owner->*form.damage)(form.isMultiple ? value * rules.basis : value).Text();
+      const double score = form.isMultiple ? value * rules.basis : value;
+      return std::invoke(form.damage, *trait.Owner, score).Text();
     });
   }
 }
