@@ -226,7 +226,7 @@ bool BonusTarget::Matches(const Entry& entry, clsItem& item) {
       return (entry.type != kNoType && ofType && HasName(item, entry.name, entry.ext)) ||
              (entry.special != nullptr && IsSpecial(*entry.special, item));
     case By::Category:
-      return ofType && modTags::IsItemInList(entry.name, item.FreeTag("cat"));
+      return ofType && !entry.name.empty() && modTags::IsItemInList(entry.name, item.FreeTag("cat"));
     case By::Group:
       return EqualNoCase(item.TagItem("group"), entry.name) ||
              IsInGroup(item.Owner->Groups, entry.name, item);
@@ -255,15 +255,27 @@ bool BonusTarget::TagPasses(const Entry& entry, clsItem& item) {
   }
 }
 
-TargetFinder::Symbols::const_iterator TargetFinder::FirstWithSymbol(const std::string& lowerSymbol) {
-  if (!symbolsKnown_) {
-    symbolsKnown_ = true;
-    for (clsItem& stat : character_.ItemsByType[kStats]) {
-      if (!stat.FreeTagIsEmpty("symbol")) symbols_.emplace_back(LCase(stat.FreeTag("symbol")), &stat);
-    }
-    std::ranges::stable_sort(symbols_, {}, &Symbols::value_type::first);
+const TargetFinder::KeyedItems& TargetFinder::Symbols() {
+  if (symbols_) return *symbols_;
+  symbols_.emplace();
+  for (clsItem& stat : character_.ItemsByType[kStats]) {
+    if (!stat.FreeTagIsEmpty("symbol")) symbols_->emplace_back(HashNoCase(stat.FreeTag("symbol")), &stat);
   }
-  return std::ranges::lower_bound(symbols_, lowerSymbol, {}, &Symbols::value_type::first);
+  std::ranges::stable_sort(*symbols_, {}, &KeyedItems::value_type::first);
+  return *symbols_;
+}
+
+// The entries are those that IsItemInList compares.
+const TargetFinder::KeyedItems& TargetFinder::Categories() {
+  if (categories_) return *categories_;
+  categories_.emplace();
+  for (clsItem& item : character_.Items) {
+    modNewParser::ForEachToken(item.FreeTag("cat"), ',', modNewParser::kPlain, [&](std::string_view entry) {
+      categories_->emplace_back(HashNoCase(Trim(entry)), &item);
+    });
+  }
+  std::ranges::stable_sort(*categories_, {}, &KeyedItems::value_type::first);
+  return *categories_;
 }
 
 bool clsItem::BonusAppliesByRef(const clsBonus& bonus) {

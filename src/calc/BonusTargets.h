@@ -1,6 +1,9 @@
 // Which traits a bonus reaches.
 #pragma once
 
+#include <algorithm>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -72,17 +75,28 @@ class TargetFinder {
     const clsBonus& record = target.record_;
     if (record.TargetType < 0) return ForGivers(record, f);
     for (const BonusTarget::Entry& entry : target.entries_) {
-      if (entry.by == BonusTarget::By::Nothing) continue;
-      if (entry.by != BonusTarget::By::Name) {
-        ForType(entry.type, f);
-        continue;
+      switch (entry.by) {
+        case BonusTarget::By::Name:
+          ForName(entry, f);
+          if (entry.special != nullptr) ForType(entry.special->type, f);
+          break;
+        case BonusTarget::By::Category:
+          ForKey(Categories(), entry.name, f);
+          break;
+        case BonusTarget::By::Group:
+        case BonusTarget::By::Tag:
+          ForType(entry.type, f);
+          break;
+        default:
+          break;
       }
-      ForName(entry, f);
-      if (entry.special != nullptr) ForType(entry.special->type, f);
     }
   }
 
  private:
+  // Traits by the hash of a text, sorted by it; among equals in their own order.
+  using KeyedItems = std::vector<std::pair<std::uint64_t, clsItem*>>;
+
   template <class F>
   void ForType(ItemType type, F&& f) {
     if (type == kNoType) {
@@ -97,11 +111,13 @@ class TargetFinder {
     const clsSortedItemList& list = character_.ItemsByType[static_cast<std::size_t>(entry.type)];
     std::size_t i = list.LowerBound([&](const clsItem& item) { return item.LCaseName() < entry.name; });
     for (; i <= list.Count() && list.Item(i).LCaseName() == entry.name; ++i) f(list.Item(i));
-    if (entry.type != kStats) return;
-    for (auto stat = FirstWithSymbol(entry.name); stat != symbols_.end() && stat->first == entry.name;
-         ++stat) {
-      f(*stat->second);
-    }
+    if (entry.type == kStats) ForKey(Symbols(), entry.name, f);
+  }
+  template <class F>
+  void ForKey(const KeyedItems& items, std::string_view key, F&& f) {
+    const std::uint64_t hash = HashNoCase(key);
+    auto place = std::ranges::lower_bound(items, hash, {}, &KeyedItems::value_type::first);
+    for (; place != items.end() && place->first == hash; ++place) f(*place->second);
   }
   // For "me" and "owner": the trait at the root, and its parent.
   template <class F>
@@ -113,12 +129,12 @@ class TargetFinder {
     if (clsItem* parent = character_.ItemByKey(NumberOfKeyText(root->ParentKey()))) f(*parent);
   }
 
-  using Symbols = std::vector<std::pair<std::string, clsItem*>>;
-  Symbols::const_iterator FirstWithSymbol(const std::string& lowerSymbol);
+  // Collected when first asked for.
+  const KeyedItems& Symbols();
+  const KeyedItems& Categories();
 
   KVRCharacter& character_;
-  Symbols symbols_;  // of the attributes, lower-cased and sorted; collected when first asked for
-  bool symbolsKnown_ = false;
+  std::optional<KeyedItems> symbols_, categories_;
 };
 
 }  // namespace kvr

@@ -41,6 +41,7 @@ TEST(BonusTargets, WhichTraitsATargetNames) {
       {"ADCAT:Mind", kAds, "name(A),cat(Body, mind)", true},
       {"CA:Mind", kAds, "name(A),cat(Mindful)", false},
       {"CA:Mind (Deep)", kAds, "name(A),cat(Mind (Deep))", true},
+      {"CA:", kAds, "name(A)", false},
       {"CA:Mind", kDisads, "name(A),cat(Mind)", false},
       {"DISADCAT:Mind", kDisads, "name(A),cat(Mind)", true},
       {"PoCat:Mind", kPerks, "name(A),cat(Mind)", true},
