@@ -18,9 +18,14 @@ std::string TraitLine(const clsItem& item) {
   return fmt::format("{} {}:{}", item.KeyText(), modPrefixes::ItemTypeName(item.ItemType), item.FullName());
 }
 
+// Of an attribute the score is bought, of equipment the quantity.
+std::string LevelText(const clsItem& item) {
+  if (item.ItemType == kStats) return NumberText(item.Score());
+  return item.ItemType == kEquipment ? std::string(item.FreeTag("count")) : std::to_string(item.Level());
+}
+
 void PrintLevelLine(BatchRunner& runner, const clsItem& item) {
-  const std::string level = item.ItemType == kStats ? NumberText(item.Score()) : std::to_string(item.Level());
-  runner.Print(fmt::format("{} {} {}", item.KeyText(), level, NumberText(item.Points())));
+  runner.Print(fmt::format("{} {} {}", item.KeyText(), LevelText(item), NumberText(item.Points())));
 }
 
 clsSystemItem& LibraryTrait(BatchRunner& runner, std::string_view reference) {
