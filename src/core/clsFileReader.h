@@ -27,6 +27,8 @@ class clsFileReader {
   std::string_view FileNextLine();
   bool FileEOF() const { return atEnd_; }
   void FileClose();
+  // Bytes of the whole text.
+  std::size_t TextSize() const { return text_.size(); }
   // Number of the line last delivered, from 1.
   std::size_t LineNumber() const { return lineNumber_; }
   const std::string& Error() const { return error_; }

@@ -17,27 +17,39 @@ using Section = DataFileReader::Section;
 using ItemLines::Kind;
 
 constexpr std::array<Section, 21> kSections = {{
-    {" ADS ADVANTAGES ", Reader::Items, kAds, Kind::Ad, "Reading Advantages"},
-    {" DISADS DISADVANTAGES ", Reader::Items, kDisads, Kind::Ad, "Reading Disadvantages"},
-    {" QUIRKS ", Reader::Items, kQuirks, Kind::Ad, "Reading Quirks"},
-    {" PERKS POWERS ", Reader::Items, kPerks, Kind::Ad, "Reading Perks"},
-    {" SKILLS ", Reader::Items, kSkills, Kind::Skill, "Reading Skills"},
-    {" SPELLS ", Reader::Items, kSpells, Kind::Spell, "Reading Spells"},
-    {" STATS ATTRIBUTES ATTR ", Reader::Items, kStats, Kind::Stat, "Reading Attributes"},
-    {" EQUIPMENT EQUIP POSSESSIONS ", Reader::Items, kEquipment, Kind::Equipment, "Reading Equipment"},
-    {" NEWPACKAGES TEMPLATES META-TRAITS ", Reader::Items, kPackages, Kind::Ad, "Reading Templates"},
-    {" GROUPS ", Reader::Groups, kNoType, Kind::Generic, "Reading Groups"},
-    {" LISTS ", Reader::Lists, kNoType, Kind::Generic, "Reading Lists"},
-    {" BONUS ", Reader::None, kNoType, Kind::Generic, "Reading Bonus"},
-    {" AUTHOR ", Reader::Author, kNoType, Kind::Generic, "Reading Author"},
-    {" MODS MODIFIERS ", Reader::Mods, kNoType, Kind::Mod, "Reading Modifiers"},
-    {" PACKAGES ", Reader::Packages, kPackages, Kind::Generic, "Reading Packages"},
-    {" SKILLCOSTS SKILLTYPES ", Reader::SkillTypes, kNoType, Kind::Generic, "Reading Skill Types"},
-    {" SETTINGS ", Reader::Settings, kNoType, Kind::Generic, "Reading Settings"},
-    {" BASICDAMAGE ", Reader::BasicDamage, kNoType, Kind::Generic, "Reading Basic Damage"},
-    {" CONVERTDICE ", Reader::ConvertDice, kNoType, Kind::Generic, "Reading Convert Dice"},
-    {" BODY ", Reader::Body, kNoType, Kind::Generic, "Reading Body Parts"},
-    {"", Reader::None, kNoType, Kind::Generic, "Reading Unknown section"},
+    {" ADS ADVANTAGES ", Reader::Items, kAds, Kind::Ad, "Reading Advantages",
+     "KVRSystem:AddItemFromDataFile"},
+    {" DISADS DISADVANTAGES ", Reader::Items, kDisads, Kind::Ad, "Reading Disadvantages",
+     "KVRSystem:AddItemFromDataFile"},
+    {" QUIRKS ", Reader::Items, kQuirks, Kind::Ad, "Reading Quirks", "KVRSystem:AddItemFromDataFile"},
+    {" PERKS POWERS ", Reader::Items, kPerks, Kind::Ad, "Reading Perks", "KVRSystem:AddItemFromDataFile"},
+    {" SKILLS ", Reader::Items, kSkills, Kind::Skill, "Reading Skills", "KVRSystem:AddItemFromDataFile"},
+    {" SPELLS ", Reader::Items, kSpells, Kind::Spell, "Reading Spells", "KVRSystem:AddItemFromDataFile"},
+    {" STATS ATTRIBUTES ATTR ", Reader::Items, kStats, Kind::Stat, "Reading Attributes",
+     "KVRSystem:AddItemFromDataFile"},
+    {" EQUIPMENT EQUIP POSSESSIONS ", Reader::Items, kEquipment, Kind::Equipment, "Reading Equipment",
+     "KVRSystem:AddItemFromDataFile"},
+    {" NEWPACKAGES TEMPLATES META-TRAITS ", Reader::Items, kPackages, Kind::Ad, "Reading Templates",
+     "KVRSystem:AddItemFromDataFile"},
+    {" GROUPS ", Reader::Groups, kNoType, Kind::Generic, "Reading Groups",
+     "KVRSystem:AddRefItemFromDataFile"},
+    {" LISTS ", Reader::Lists, kNoType, Kind::Generic, "Reading Lists", "KVRSystem:AddListItemFromDataFile"},
+    {" BONUS ", Reader::None, kNoType, Kind::Generic, "Reading Bonus", "KVRSystem:LoadDataFile"},
+    {" AUTHOR ", Reader::Author, kNoType, Kind::Generic, "Reading Author", "KVRSystem:LoadDataFile"},
+    {" MODS MODIFIERS ", Reader::Mods, kNoType, Kind::Mod, "Reading Modifiers",
+     "KVRSystem:AddModItemFromDataFile"},
+    {" PACKAGES ", Reader::Packages, kPackages, Kind::Generic, "Reading Packages", "KVRSystem:LoadDataFile"},
+    {" SKILLCOSTS SKILLTYPES ", Reader::SkillTypes, kNoType, Kind::Generic, "Reading Skill Types",
+     "KVRSystem:AddSkillTypeItemFromDataFile"},
+    {" SETTINGS ", Reader::Settings, kNoType, Kind::Generic, "Reading Settings",
+     "KVRSystem:HandleSettingChange"},
+    {" BASICDAMAGE ", Reader::BasicDamage, kNoType, Kind::Generic, "Reading Basic Damage",
+     "KVRSystem:AddBasicDamageFromDataFile"},
+    {" CONVERTDICE ", Reader::ConvertDice, kNoType, Kind::Generic, "Reading Convert Dice",
+     "KVRSystem:AddDamageBreakFromDataFile"},
+    {" BODY ", Reader::Body, kNoType, Kind::Generic, "Reading Body Parts",
+     "KVRSystem:AddBodyPartFromDataFile"},
+    {"", Reader::None, kNoType, Kind::Generic, "Reading Unknown section", "KVRSystem:LoadDataFile"},
 }};
 constexpr const Section& kUnknownSection = kSections.back();
 constexpr std::size_t kLinesForAStep = 50;
@@ -81,6 +93,7 @@ void DataFileReader::Read() {
       StartSection(line);
       if (section_ != &kUnknownSection) continue;
     }
+    const TraceScope trace(section_ ? section_->trace : kUnknownSection.trace);
     if (!LogFailure(log_, [&] { ReadLine(line); })) Note("This line could not be read: " + std::string(line));
   }
 }
@@ -202,9 +215,10 @@ bool KVRSystem::LoadDataFile(std::string_view fileName, std::string& programVers
     return false;
   }
   const std::string name(Files::SplitPath(path).name);
-  env_.log.LogIndented("Loading " + name);
-  env_.events.StatusText("Loading " + name);
+  TellStage("Loading " + name);
   {
+    constexpr std::size_t kUsualBytesOfATrait = 256;
+    Items.Reserve(file.TextSize() / kUsualBytesOfATrait);
     IndentScope indent(env_.log);
     DataFileReader reader(*this, file, name);
     reader.Read();

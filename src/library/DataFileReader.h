@@ -42,6 +42,7 @@ class DataFileReader {
     ItemType itemType;
     ItemLines::Kind kind;  // of its item lines
     std::string_view logText;
+    const char* trace;  // what a failure in one of its lines is logged under
   };
 
  private:

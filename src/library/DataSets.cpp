@@ -159,29 +159,23 @@ std::string KVRSystem::AskForDataFile(const std::string& entry) {
 }
 
 // Loads the files in order. The result pairs each file with the program version that it asks for.
-std::vector<std::pair<std::string, std::string>> KVRSystem::LoadDataSetFiles(
-    std::vector<std::string>& files) {
+std::vector<std::pair<std::string, std::string>> KVRSystem::LoadDataSetFiles() {
   std::vector<std::pair<std::string, std::string>> programVersions;
-  DataFiles.clear();
-  for (std::string& entry : files) {
-    std::string path = FindDataFile(entry);
-    if (path.empty()) {
-      path = AskForDataFile(entry);
-      if (!path.empty()) {
-        entry = env_.Folders.AliasPath(kDataFiles, path);
-        dataSetChanged_ = true;
-      }
+  for (DataFileEntry& entry : DataFiles) {
+    if (entry.path.empty()) {
+      entry.path = AskForDataFile(entry.file);
+      if (entry.path.empty()) continue;
+      entry.file = env_.Folders.AliasPath(kDataFiles, entry.path);
+      dataSetChanged_ = true;
     }
-    DataFiles.push_back({entry, path});
     std::string programVersion;
-    if (!path.empty() && LoadDataFile(path, programVersion))
-      programVersions.emplace_back(entry, programVersion);
+    if (LoadDataFile(entry.path, programVersion)) programVersions.emplace_back(entry.file, programVersion);
   }
   return programVersions;
 }
 
 void KVRSystem::LoadDataSetCatCleanup() {
-  env_.log.LogIndented("Cleaning up categories...");
+  TellStage("Cleaning up categories...");
   std::unordered_set<std::string> used;
   for (const clsSystemItem& item : Items) {
     if (item.ItemType == kStats) continue;
@@ -217,6 +211,11 @@ void KVRSystem::TellOfNewerVersions(const std::vector<std::pair<std::string, std
       "", Buttons::Ok);
 }
 
+void KVRSystem::TellStage(std::string_view text) {
+  env_.log.LogIndented(text);
+  env_.events.StatusText(text);
+}
+
 bool KVRSystem::LoadDataSet(std::string_view path) {
   TraceScope trace("KVRSystem:LoadDataSet");
   const std::string setPath = AskForDataSet(path);
@@ -226,12 +225,14 @@ bool KVRSystem::LoadDataSet(std::string_view path) {
   }
   const auto [folder, name] = Files::SplitPath(setPath);
   const TimerScope timer;
-  env_.log.LogIndented("Loading Data File Set: " + std::string(name));
+  TellStage("Loading Data File Set: " + std::string(name));
   static_cast<DataSetOptions&>(env_.Config) = env_.UserOptions;
   dataSetChanged_ = false;
-  std::vector<std::string> files = RepairDataSetFiles(ReadDataSetFiles(setPath));
   DataSet = name;
   DataSetPath = folder;
+  DataFiles.clear();
+  for (const std::string& file : RepairDataSetFiles(ReadDataSetFiles(setPath)))
+    DataFiles.push_back({file, FindDataFile(file)});
 
   std::vector<std::pair<std::string, std::string>> programVersions;
   UseFastFile = env_.Config.KeepFastFiles != 0 && LoadFastFileIfValid();
@@ -239,7 +240,7 @@ bool KVRSystem::LoadDataSet(std::string_view path) {
     env_.log.LogIndented(fmt::format("Data Set FastLoad took {} seconds", NumberText(timer.Seconds())));
   } else {
     ClearLibrary();
-    programVersions = LoadDataSetFiles(files);
+    programVersions = LoadDataSetFiles();
     RebuildItemsByType();
     LoadDataSetCatCleanup();
     env_.log.LogIndented(fmt::format("Data Set load took {} seconds", NumberText(timer.Seconds())));

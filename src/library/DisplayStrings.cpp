@@ -99,7 +99,7 @@ constexpr std::string_view kAskingWords[] = {"#buildit", "#buildcombo", "#edit",
 }  // namespace
 
 void KVRSystem::BuildDisplayStrings() {
-  env_.log.LogIndented("Building display strings...");
+  TellStage("Building display strings...");
   const TimerScope all;
   const TimerScope standard;
   for (clsSystemItem& item : Items) item.DisplayString = DisplayLine(item, kStandardColumns);

@@ -9,4 +9,8 @@ bool KVRSystem::LoadFastFileIfValid() {
 
 void KVRSystem::BuildFastFile() {}
 
+std::string_view clsSystemItem::ReturnFastFileTagList() const {
+  return {};
+}
+
 }  // namespace kvr

@@ -69,7 +69,7 @@ class KVRSystem {
   std::string DataSet, DataSetPath;  // name and folder; empty when none is loaded
   struct DataFileEntry {
     std::string file;  // as stored, repaired
-    std::string path;  // where it was found; "" if it was skipped
+    std::string path;  // where it was found; "" if it was not
   };
   std::vector<DataFileEntry> DataFiles;
   std::size_t DataSetFileCount() const { return DataFiles.size(); }
@@ -159,10 +159,12 @@ class KVRSystem {
 
   std::string AskForDataSet(std::string_view path);
   std::vector<std::string> RepairDataSetFiles(std::vector<std::string> files);
-  std::vector<std::pair<std::string, std::string>> LoadDataSetFiles(std::vector<std::string>& files);
+  std::vector<std::pair<std::string, std::string>> LoadDataSetFiles();
   std::string AskForDataFile(const std::string& entry);
   void TellOfNewerVersions(const std::vector<std::pair<std::string, std::string>>& programVersions);
-  // The cache of a loaded set (FastLoad.cpp).
+  // A stage of a load, for the log and for whoever waits.
+  void TellStage(std::string_view text);
+  // The cache of a loaded set, over the files in DataFiles (FastLoad.cpp).
   bool LoadFastFileIfValid();
   void BuildFastFile();
 

@@ -3,6 +3,8 @@
 // them.
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -22,7 +24,7 @@ class KeyTable {
   }
   // The key must not be in the table.
   void Insert(Node* node) {
-    if (2 * (count_ + 1) > slots_.size()) Grow();
+    if (2 * (count_ + 1) > slots_.size()) GrowTo(2 * (count_ + 1));
     Place({node->hash, node});
     ++count_;
   }
@@ -40,6 +42,9 @@ class KeyTable {
     }
     slots_[hole] = {};
     --count_;
+  }
+  void Reserve(std::size_t count) {
+    if (2 * count > slots_.size()) GrowTo(2 * count);
   }
   void Clear() {
     slots_.clear();
@@ -59,8 +64,8 @@ class KeyTable {
     while (slots_[i].node) i = Next(i);
     slots_[i] = slot;
   }
-  void Grow() {
-    std::vector<Slot> old(slots_.empty() ? 8 : 2 * slots_.size());
+  void GrowTo(std::size_t slots) {
+    std::vector<Slot> old(std::bit_ceil(std::max<std::size_t>(slots, 8)));
     old.swap(slots_);
     for (const Slot& slot : old)
       if (slot.node) Place(slot);

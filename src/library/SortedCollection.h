@@ -52,6 +52,13 @@ class SortedCollection {
     return nullptr;
   }
 
+  // Room for so many items more. Grows by doubling at least, so many small calls cost no more than one.
+  void Reserve(std::size_t more) {
+    const std::size_t wanted = order_.size() + more;
+    table_.Reserve(wanted);
+    if (wanted > order_.capacity()) order_.reserve(std::max(wanted, 2 * order_.capacity()));
+  }
+
   std::size_t Count() const { return order_.size() - gaps_; }
   bool Empty() const { return Count() == 0; }
 

@@ -56,6 +56,13 @@ void clsSystemItem::SetNameExt(std::string_view ext) {
   LCaseInPlace(lcaseNameExt_);
 }
 
+// With room for the category that a reader adds.
+void clsSystemItem::SetCategory(std::string_view list) {
+  constexpr std::size_t kRoom = 24;
+  if (category_.empty()) category_.reserve(list.size() + kRoom);
+  category_ = list;
+}
+
 void clsSystemItem::MergeCategories(std::string_view list) {
   if (list.find(',') == npos) return MergeCategory(Trim(list));
   std::unordered_set<std::string> present;
@@ -154,6 +161,7 @@ void clsSystemItem::EndTagList() {
 }
 
 std::string clsSystemItem::TagList() const {
+  if (IsCached()) return std::string(ReturnFastFileTagList());
   std::string list;
   list.reserve(tagList_.size() + category_.size() + nameExt_.size() + name_.size() + 24);
   list += tagList_;
@@ -173,7 +181,7 @@ std::string clsSystemItem::TagItem(std::string_view tag) const {
 }
 
 std::string_view clsSystemItem::GetTagItem(std::string_view tag) const {
-  return modTags::GetTagValue(tag, tagList_);
+  return modTags::GetTagValue(tag, TagText());
 }
 
 void clsSystemItem::SetTagItem(std::string_view tag, std::string_view value) {

@@ -31,7 +31,7 @@ class clsSystemItem {
   const std::string& Category() const { return category_; }
   void SetName(std::string_view name);
   void SetNameExt(std::string_view ext);
-  void SetCategory(std::string_view list) { category_ = list; }
+  void SetCategory(std::string_view list);
   // Inserts into the cat list each entry of `list` that it lacks.
   void MergeCategories(std::string_view list);
 
@@ -68,9 +68,12 @@ class clsSystemItem {
 
   void Clear();
   void ClearTagItems() { tagList_.clear(); }
+  // The tag text of a cached record out of its file (FastLoad.cpp); the view holds until the next call.
+  std::string_view ReturnFastFileTagList() const;
 
  private:
   bool IsCached() const { return FilePos > 0; }
+  std::string_view TagText() const { return IsCached() ? ReturnFastFileTagList() : tagList_; }
   void MergeCategory(std::string_view entry);
   void AppendCategory(std::string_view entry);
 

@@ -109,6 +109,8 @@ TEST(SystemItem, EditsSegments) {
   item.DeleteTag("cost");
   item.NewTagList("name(Other)");
   EXPECT_EQ(item.TagListSegmentReplace("cost(1)", refused), "");
+  EXPECT_EQ(item.TagItem("cost"), "") << "its tags are in the cache file, not in memory";
+  item.FilePos = 0;
   EXPECT_EQ(item.Name() + item.TagItem("cost"), "Foo7");
 }
 
