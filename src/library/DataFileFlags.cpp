@@ -1,4 +1,5 @@
 // The notice check: reads the heads of data files for what they say about each other and about themselves.
+#include <optional>
 #include <set>
 
 #include "core/Text.h"
@@ -6,6 +7,7 @@
 #include "core/modNewParser.h"
 #include "core/modTools.h"
 #include "library/KVRSystem.h"
+#include "library/LogicalLines.h"
 
 namespace kvr {
 
@@ -18,7 +20,7 @@ struct FileFlags {
   std::string shownName;  // as the set names it
   bool missing = false;
   bool incomplete = false;
-  std::string setting;                                        // of a world book
+  std::optional<std::string> setting;                         // of a world book
   std::vector<std::string> taboo, requiredBefore, loadAfter;  // as written
   bool afterAll = false;
 };
@@ -46,7 +48,8 @@ void ReadFlag(std::string_view line, FileFlags& flags) {
   if (StartsWithNoCase(line, "incomplete")) {
     flags.incomplete = EqualNoCase(value, "yes");
   } else if (StartsWithNoCase(line, "worldbook")) {
-    flags.setting = EqualNoCase(value, "no") ? "" : std::string(value);
+    flags.setting.reset();
+    if (!EqualNoCase(value, "no")) flags.setting = value;
   } else if (StartsWithNoCase(line, "taboo")) {
     flags.taboo = FileList(value);
   } else if (StartsWithNoCase(line, "requires")) {
@@ -58,30 +61,16 @@ void ReadFlag(std::string_view line, FileFlags& flags) {
   }
 }
 
-// A line without its comment; the rules are those of the data file reader.
-std::string_view WithoutComment(std::string_view line) {
-  line = Trim(line);
-  if (line.starts_with('*')) return "";
-  const std::size_t marks = line.find("//");
-  if (marks == 0) return "";
-  if (marks != npos && line[marks - 1] == ' ') return Trim(line.substr(0, marks));
-  return line;
-}
-
 FileFlags ReadFlags(const KVRSystem& system, const std::string& entry) {
   FileFlags flags;
   flags.name = BareName(entry);
   flags.shownName = entry;
   const std::string path = system.FindDataFile(entry);
-  flags.missing = path.empty();
-  if (flags.missing) return flags;
   clsFileReader reader;
-  reader.FileOpen(path);
-  while (!reader.FileEOF()) {
-    std::string text(reader.FileNextLine());
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return c == '\t' || c == '\0'; }, ' ');
-    const std::string_view line = WithoutComment(text);
+  flags.missing = path.empty() || !reader.FileOpen(path);
+  LogicalLines lines(reader);
+  while (!lines.AtEnd()) {
+    const std::string_view line = lines.NextAlone();
     if (line.starts_with('[')) break;
     ReadFlag(line, flags);
   }
@@ -201,9 +190,9 @@ class Notices {
     std::vector<std::string> entries;
     std::set<std::string> settings;
     for (const FileFlags& file : files_) {
-      if (file.setting.empty()) continue;
-      settings.insert(LCase(file.setting));
-      entries.push_back(file.shownName + " [Setting: " + file.setting + "]");
+      if (!file.setting) continue;
+      settings.insert(LCase(*file.setting));
+      entries.push_back(file.shownName + " [Setting: " + *file.setting + "]");
     }
     return settings.size() > 1 ? entries : std::vector<std::string>{};
   }

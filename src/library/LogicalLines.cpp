@@ -57,6 +57,11 @@ std::string_view LogicalLines::Next(bool freeText) {
   }
 }
 
+std::string_view LogicalLines::NextAlone() {
+  const std::string_view line = NextPhysicalLine();
+  return IsComment(line) ? std::string_view() : WithoutComment(line);
+}
+
 std::string_view LogicalLines::NextPhysicalLine() {
   std::string_view line = file_.FileNextLine();
   if (Holds(line, '\t') || Holds(line, '\0')) {

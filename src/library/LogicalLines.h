@@ -23,6 +23,8 @@ class LogicalLines {
   // The next logical line, or the next physical one in free text, trimmed; empty for a comment. The view
   // holds until the next call.
   std::string_view Next(bool freeText = false);
+  // The next physical line by itself, trimmed; empty for a comment.
+  std::string_view NextAlone();
   // Number of the physical line in which the last logical line began.
   std::size_t LineNumber() const { return firstLine_; }
   // What the comment that was the last line threw away; "" usually.

@@ -2,6 +2,8 @@
 // files.
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "library/KVRSystem.h"
 #include "support/TestWorld.h"
 
@@ -9,6 +11,13 @@ namespace kvr {
 namespace {
 
 constexpr std::string_view kHead = "Version=3\r\n";
+
+std::string Noise(std::size_t size) {
+  std::string noise(size, ' ');
+  std::mt19937 random(7);
+  for (char& c : noise) c = static_cast<char>(random());
+  return noise;
+}
 
 class DataSets : public testing::Test {
  protected:
@@ -150,6 +159,39 @@ TEST_F(DataSets, AreWrittenInOneLine) {
   EXPECT_EQ(system.ReadDataSetFiles("w.kds"), std::vector<std::string>{"b\xC3\xA4r.kdf"});
 }
 
+TEST_F(DataSets, SurviveWhatIsNoDataSet) {
+  File("a.kdf", "[ADS]\r\nHere, 1\r\n");
+  const std::string itself = "%userbase%\\data sets\\odd.kds";
+  const std::string noise = Noise(300'000);
+  const struct {
+    std::string bytes;
+    std::size_t files, traits;
+  } cases[] = {
+      {"files(" + itself + ", a.kdf)", 2, 1},
+      {"files(a.kdf, nowhere.kdf, %user%\\, \"\", , a.kdf", 4, 1},
+      {std::string("\xFF\xFE"
+                   "f\0i\0l\0e\0s\0(\0a\0.\0k\0d\0f\0)\0",
+                   26),
+       1, 1},
+      {std::string("\0\x01\x02"
+                   "files(a.kdf)\0",
+                   16) +
+           "\nfiles(a.kdf)",
+       1, 1},
+      {noise, npos, 0},
+      {"files(" + std::string(100'000, '(') + ", a.kdf", npos, 0},
+      {"x(" + std::string(10'000'000, 'y') + "), files(a.kdf)", 1, 1},
+      {"files(a.kdf)\nfiles()", 0, 0},
+  };
+  for (const auto& c : cases) {
+    Set("odd.kds", c.bytes);
+    EXPECT_TRUE(Load("odd.kds"));
+    EXPECT_EQ(system.Items.Count(), c.traits) << c.bytes.substr(0, 80);
+    EXPECT_TRUE(c.files == npos || c.files == system.DataSetFileCount()) << c.bytes.substr(0, 80);
+    EXPECT_EQ(world.Read("odd.kds", kDataSets), c.bytes) << "a set that needed no repair is not written";
+  }
+}
+
 struct FlagCase {
   std::string_view name;
   std::string_view a, b;  // heads of a.kdf and b.kdf, loaded in this order
@@ -178,20 +220,21 @@ TEST_P(DataFileFlags, AreNoticed) {
 
 INSTANTIATE_TEST_SUITE_P(
     Heads, DataFileFlags,
-    testing::Values(FlagCase{"Taboo", "taboo=x.kdf, \"B.kdf\"", "", "TABOO", "a.kdf <-> b.kdf"},
-                    FlagCase{"RequiresLater", "requires=b.kdf", "", "REQUIRES", "a.kdf -> requires -> b.kdf"},
-                    FlagCase{"RequiresMet", "", "Requires = a.kdf", "", ""},
-                    FlagCase{"LoadAfter", "loadafter=b.kdf", "", "LOADAFTER", "a.kdf -> after -> b.kdf"},
-                    FlagCase{"LoadAfterAll", "loadafter=all", "", "LOADAFTER",
-                             "a.kdf -> after -> ALL regular data files"},
-                    FlagCase{"TwoThatLoadAfterAll", "loadafter=all", "loadafter=all", "", ""},
-                    FlagCase{"TwoWorlds", "worldbook=Moors", "worldbook=Isles", "WORLD BOOKS",
-                             "a.kdf [Setting: Moors]"},
-                    FlagCase{"OneWorld", "worldbook=Moors", "worldbook=moors", "", ""},
-                    FlagCase{"NoWorld", "worldbook=no", "worldbook=Isles", "", ""},
-                    FlagCase{"Incomplete", "", "Incomplete=yes", "INCOMPLETE", "b.kdf"},
-                    FlagCase{"Complete", "incomplete=no", "", "", ""},
-                    FlagCase{"InAComment", "* incomplete=yes", "// taboo=a.kdf", "", ""}),
+    testing::Values(
+        FlagCase{"Taboo", "taboo=x.kdf, \"B.kdf\"", "", "TABOO", "a.kdf <-> b.kdf"},
+        FlagCase{"RequiresLater", "requires=b.kdf", "", "REQUIRES", "a.kdf -> requires -> b.kdf"},
+        FlagCase{"RequiresMet", "", "Requires = a.kdf", "", ""},
+        FlagCase{"LoadAfter", "loadafter=b.kdf", "", "LOADAFTER", "a.kdf -> after -> b.kdf"},
+        FlagCase{"LoadAfterAll", "loadafter=all", "", "LOADAFTER",
+                 "a.kdf -> after -> ALL regular data files"},
+        FlagCase{"TwoThatLoadAfterAll", "loadafter=all", "loadafter=all", "", ""},
+        FlagCase{"TwoWorlds", "worldbook=Moors", "worldbook=Isles", "WORLD BOOKS", "a.kdf [Setting: Moors]"},
+        FlagCase{"OneWorld", "worldbook=Moors", "worldbook=moors", "", ""},
+        FlagCase{"AWorldWithoutATag", "worldbook=", "worldbook=Isles", "WORLD BOOKS", "a.kdf [Setting: ]"},
+        FlagCase{"NoWorld", "worldbook=no", "worldbook=Isles", "", ""},
+        FlagCase{"Incomplete", "", "Incomplete=yes", "INCOMPLETE", "b.kdf"},
+        FlagCase{"Complete", "incomplete=no", "", "", ""},
+        FlagCase{"InAComment", "* incomplete=yes", "// taboo=a.kdf", "", ""}),
     [](const auto& flagCase) { return std::string(flagCase.param.name); });
 
 TEST_F(DataSets, MissingFilesAreNoticedAndOkAcceptsAll) {
