@@ -3,13 +3,12 @@
 // string.
 #include "library/ItemLines.h"
 
-#include <array>
-
 #include "core/Text.h"
 #include "core/modNewParser.h"
 #include "core/modTags.h"
 #include "core/modTools.h"
 #include "library/KVRSystem.h"
+#include "library/LineMarks.h"
 #include "library/clsModeBuilder.h"
 #include "library/modPrefixes.h"
 
@@ -79,29 +78,6 @@ void GatherModes(std::string& tags, Notes& notes) {
   tags = std::move(rest);
 }
 
-// Walks over one mark of a line, from the front to the back.
-class MarkCursor {
- public:
-  MarkCursor(std::string_view line, char mark) : line_(line), mark_(mark), next_(line.find(mark)) {}
-  // How many stand before `end` that were not counted yet.
-  std::size_t CountUpTo(std::size_t end) {
-    std::size_t count = 0;
-    for (; next_ < end; next_ = line_.find(mark_, next_ + 1)) ++count;
-    return count;
-  }
-
- private:
-  std::string_view line_;
-  char mark_;
-  std::size_t next_;
-};
-
-constexpr std::array<bool, 256> kFieldMarks = [] {
-  std::array<bool, 256> marks{};
-  for (char c : std::string_view("(),\"{}")) marks[static_cast<unsigned char>(c)] = true;
-  return marks;
-}();
-
 bool EndsWithTag(std::string_view text, std::string_view tagAndParen) {
   const std::size_t last = tagAndParen.size() - 2;  // of the name
   return text.size() > last + 1 && (text[text.size() - 2] | 0x20) == tagAndParen[last] &&
@@ -109,11 +85,10 @@ bool EndsWithTag(std::string_view text, std::string_view tagAndParen) {
 }
 
 // Splits a line at the commas outside parentheses, as long as these are surely the commas outside quotes and
-// braces too.
+// braces too: where every quote and brace stands in a value and closes in it.
 class PlainFields {
  public:
-  explicit PlainFields(std::string_view line)
-      : line_(line), quotes_(line, '"'), openBraces_(line, '{'), closeBraces_(line, '}') {}
+  explicit PlainFields(std::string_view line) : line_(line), marks_(line) {}
 
   // Calls take(field, number, position of the field's first "(") for each field, trimmed. False when the line
   // is not so plain, holds modes, or its parentheses do not match: then what was taken so far is void.
@@ -126,15 +101,12 @@ class PlainFields {
       begin = end + 1;
       open = npos;
     };
-    for (std::size_t i = 0; i < line_.size(); ++i) {
-      const char c = line_[i];
-      if (!kFieldMarks[static_cast<unsigned char>(c)]) continue;
-      if (c == ',') {
+    for (std::size_t i = marks_.Next(); i != npos; i = marks_.Next()) {
+      if (line_[i] == ',') {
         finish(i);
-      } else if (c == '(') {
+      } else if (line_[i] == '(') {
         if (open == npos) open = i;
-        i = CloseValue(i);
-        if (i == npos) return false;
+        if (!PassValue(i)) return false;
       } else {
         return false;
       }
@@ -146,27 +118,48 @@ class PlainFields {
   bool MayHoldDisplay() const { return mayHoldDisplay_; }
 
  private:
-  // Position of the ")" that closes the "(" at `open`; npos when there is none, when a mode stands on the
+  // Goes on to the ")" that closes the "(" at `open`. False when there is none, when a mode stands on the
   // way, or when a quote or a brace that opens in the value does not close there.
-  std::size_t CloseValue(std::size_t open) {
-    std::size_t depth = 0;
-    for (std::size_t i = open; i < line_.size(); i = modTags::NextParen(line_, i + 1)) {
-      if (line_[i] == '(') {
-        ++depth;
-        const std::string_view before = line_.substr(0, i + 1);
-        if (EndsWithTag(before, kModeTag.substr(1))) return npos;
-        mayHoldDisplay_ = mayHoldDisplay_ || EndsWithTag(before, "display(");
-      } else if (--depth == 0) {
-        const bool closed =
-            quotes_.CountUpTo(i) % 2 == 0 && openBraces_.CountUpTo(i) == closeBraces_.CountUpTo(i);
-        return closed ? i : npos;
+  bool PassValue(std::size_t open) {
+    std::size_t depth = 1;
+    bool quoted = false;
+    std::int64_t braces = 0;
+    if (!PassOpening(open)) return false;
+    while (depth > 0) {
+      const std::size_t i = marks_.Next();
+      if (i == npos) return false;
+      switch (line_[i]) {
+        case '(':
+          ++depth;
+          if (!PassOpening(i)) return false;
+          break;
+        case ')':
+          --depth;
+          break;
+        case '"':
+          quoted = !quoted;
+          break;
+        case '{':
+          ++braces;
+          break;
+        case '}':
+          --braces;
+          break;
+        default:
+          break;
       }
     }
-    return npos;
+    return !quoted && braces == 0;
+  }
+  bool PassOpening(std::size_t open) {
+    const std::string_view before = line_.substr(0, open + 1);
+    if (EndsWithTag(before, kModeTag.substr(1))) return false;
+    mayHoldDisplay_ = mayHoldDisplay_ || EndsWithTag(before, "display(");
+    return true;
   }
 
   std::string_view line_;
-  MarkCursor quotes_, openBraces_, closeBraces_;
+  LineMarks marks_;
   bool mayHoldDisplay_ = false;
 };
 

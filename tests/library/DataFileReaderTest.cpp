@@ -91,9 +91,10 @@ TEST_F(DataFiles, ReadItemLinesForEachKindOfTrait) {
 
 // Reading a line straight into a record must give what its tag string gives, whatever the line holds.
 TEST(ItemLines, ReadTheSameWithAndWithoutATagString) {
-  constexpr std::string_view kPieces[] = {"a", "Cat", "name", "(", ")",        "()",          ",",
-                                          " ", "\"",  "{",    "}", "x(1)",     ", ",          ",y(",
-                                          ")", ")",   "(",    "é", "newmode(", "display(yes)"};
+  constexpr std::string_view kPieces[] = {
+      "a", "Cat", "name", "(", ")",        "()",           ",",
+      " ", "\"",  "{",    "}", "x(1)",     ", ",           ",y(",
+      ")", ")",   "(",    "é", "newmode(", "display(yes)", "words, enough of them to fill much of a block"};
   std::mt19937 random(11);
   int plain = 0;
   for (int round = 0; round < 60'000; ++round) {
@@ -200,7 +201,7 @@ TEST_F(DataFiles, ReadTheOtherSections) {
   ASSERT_EQ(system.BasicDamageList.size(), 1u) << "a later table replaces the former";
   const clsBasicDamage& row = system.BasicDamageList[0];
   EXPECT_EQ(row.THBase + "," + row.THAdd + "," + row.SWBase + "," + row.SWAdd, "1,-2,2,");
-  EXPECT_TRUE(Logged("Error 6"));
+  EXPECT_TRUE(Logged("KVRSystem:AddBasicDamageFromDataFile: Error 6: Overflow"));
   ASSERT_EQ(system.DamageBreaks.size(), 1u);
   EXPECT_EQ(system.DamageBreaks[0].Subtract, 4);
 
