@@ -81,6 +81,7 @@ bool SkillCalculation::Begin() {
   limits_ = ReadSkillLimits(item_);
   if (type_ != nullptr) return true;
   LogUnknownType(item_);
+  WriteNoDefault();
   item_.SetPreModsPoints(0);
   item_.SetBaseAppPoints(0);
   return false;
@@ -303,10 +304,7 @@ bool clsItem::SetSkillScoreTo(double value) {
     points = FreeTagIsEmpty("deffrom") ? LeastPoints(*this, *type) : Currency();
   }
   SetBasePoints(points);
-  if (!Calculate()) {
-    SetBasePoints(former);
-    return false;
-  }
+  if (!CalculateOrUndo(*this, [&] { SetBasePoints(former); })) return false;
   Owner->PushTrickle(*this);
   return ReachedOrPassed(before, Level(), value);
 }
