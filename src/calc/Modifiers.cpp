@@ -164,7 +164,7 @@ std::string_view clsMod::ValueType() const {
   if (value.empty()) return "++";
   char first = value.front();
   if (value.back() == '%') return first == '-' ? "%-" : "%+";
-  if (first == '/' || first == 'x' || first == '*') return "**";
+  if (first == '/' || first == 'x' || first == 'X' || first == '*') return "**";
   return first == '-' ? "--" : "++";
 }
 
