@@ -11,12 +11,6 @@ namespace kvr {
 
 namespace {
 
-int DepthOf(CalcItem& owner) {
-  int depth = 0;
-  for (CalcItem* at = &owner; dynamic_cast<clsMod*>(at); at = at->OwnerContext()) ++depth;
-  return depth;
-}
-
 constexpr std::string_view kNewModeQuestion =
     "Are you sure you want to add this modifier?\r\n"
     "Adding this modifier to the target will add a new attack mode to it, or possibly change an existing "
@@ -50,7 +44,7 @@ std::int32_t KVRCharacter::CreateNewMod(CalcItem& owner, std::string_view tagLis
 
 clsMod* KVRCharacter::MakeMod(CalcItem& owner, std::string_view tagList, std::string_view group) {
   if (!ModsOf(owner) || !owner.RootOwnerItem() || !KeysAreLeft()) return nullptr;
-  if (DepthOf(owner) >= kDeepestMod) {
+  if (ModDepth(owner) >= kDeepestMod) {
     env_.log.LogRed("A modifier of '" + owner.RootOwnerItem()->FullName() +
                     "' is left out: modifiers on modifiers go too deep.");
     return nullptr;

@@ -404,7 +404,9 @@ void KVRCharacter::RepairFamilies() {
   for (clsItem& item : Items) {
     if (item.ParentKey().empty()) continue;
     if (HasSoundParents(item)) {
-      children[Items.Item(std::string_view(item.ParentKey()))].push_back(&item);
+      const clsItem* parent = Items.Item(std::string_view(item.ParentKey()));
+      item.SetParentKey(parent->KeyText());  // it may have been written "K5"
+      children[parent].push_back(&item);
       continue;
     }
     env_.log.LogRed("'" + item.FullName() + "' had no usable parent (" + item.ParentKey() +

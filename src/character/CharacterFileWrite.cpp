@@ -2,6 +2,7 @@
 #include "character/CharacterFileFields.h"
 #include "character/KVRCharacter.h"
 #include "core/modTags.h"
+#include "richtext/PlainText.h"
 
 namespace kvr {
 
@@ -27,6 +28,7 @@ class CharacterFileWriter {
   void WriteAllMods();
   void WriteMods(clsSortedModCollection& mods, std::int32_t holder);
   void WriteFreeText(Section section, const std::string& text);
+  void WriteText(const std::string& text, bool inLogEntry);
   void WriteCampaign();
   void WriteBonuses(Section section, std::vector<std::unique_ptr<clsBonus>>& records);
 
@@ -188,8 +190,16 @@ void CharacterFileWriter::WriteMods(clsSortedModCollection& mods, std::int32_t h
 
 void CharacterFileWriter::WriteFreeText(Section section, const std::string& text) {
   lines_.Head(section);
-  lines_.FreeText(text, false);
+  WriteText(text, false);
   lines_.EndSection();
+}
+
+void CharacterFileWriter::WriteText(const std::string& text, bool inLogEntry) {
+  if (c_.Env().Config.SaveRTFasPlainText != 0 && savedText::IsRichText(text)) {
+    lines_.FreeText(richtext::PlainText(text), inLogEntry);
+  } else {
+    lines_.FreeText(text, inLogEntry);
+  }
 }
 
 void CharacterFileWriter::WriteCampaign() {
@@ -200,7 +210,7 @@ void CharacterFileWriter::WriteCampaign() {
     lines_.Line("");
     lines_.Head(Section::LogEntry);
     savedFields::WriteLine(savedFields::LogEntry(), entry, lines_);
-    lines_.FreeText(entry.Notes, true);
+    WriteText(entry.Notes, true);
   }
   lines_.EndSection();
 }

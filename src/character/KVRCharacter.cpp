@@ -66,8 +66,9 @@ void KVRCharacter::Clear() {
 
 void KVRCharacter::ClearIdentity() {
   LastKey = lastKeyTemp_ = 0;
-  for (std::string* text : {&FileName, &TempBackupFileName, &Name, &Player, &Portrait, &Description, &Notes,
-                            &Height, &Weight, &Age, &Appearance, &CharTagList, &CurrentLoadout}) {
+  for (std::string* text :
+       {&FileName, &TempBackupFileName, &DamagedFile, &Name, &Player, &Portrait, &Description, &Notes,
+        &Height, &Weight, &Age, &Appearance, &CharTagList, &CurrentLoadout}) {
     text->clear();
   }
   inPlay_ = false;
@@ -102,6 +103,7 @@ void KVRCharacter::ClearWorkingState() {
   newCats_.clear();
   removing_.clear();
   savedFile_.reset();
+  lostItsEnd_ = false;
 }
 
 void KVRCharacter::TerminateItems() {

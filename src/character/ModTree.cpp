@@ -5,6 +5,12 @@
 
 namespace kvr {
 
+int ModDepth(CalcItem& owner) {
+  int depth = 0;
+  for (CalcItem* at = &owner; dynamic_cast<clsMod*>(at); at = at->OwnerContext()) ++depth;
+  return depth;
+}
+
 clsSortedModCollection* ModsOf(CalcItem& owner) {
   if (auto* item = dynamic_cast<clsItem*>(&owner)) return &item->Mods;
   if (auto* mod = dynamic_cast<clsMod*>(&owner)) return &mod->Mods;

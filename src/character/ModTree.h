@@ -11,6 +11,8 @@ namespace kvr {
 // deeper down have no effect.
 inline constexpr int kDeepestMod = 100;
 
+// How many modifiers stand between the record and its trait, itself counted; 0 for a trait.
+int ModDepth(CalcItem& owner);
 // The modifiers that the record carries itself; nullptr for a record that can carry none.
 clsSortedModCollection* ModsOf(CalcItem& owner);
 // All modifiers on the record, to any depth, each before those that it carries.

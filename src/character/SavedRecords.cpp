@@ -11,7 +11,6 @@ namespace {
 
 // Numbers above it are no keys: the counter must have room to go on.
 constexpr std::int32_t kHighestKey = 2'000'000'000;
-constexpr int kDeepestModifier = 100;
 
 struct SavedFrame {
   std::int32_t idKey = 0;
@@ -47,15 +46,6 @@ std::string_view ClosedTags(std::string_view tags, std::string& closed) {
 void LogSkipped(ActivityLog& log, std::string_view record) {
   constexpr std::size_t kShown = 80;
   log.LogRed("Left out, since it has no tag list: " + std::string(record.substr(0, kShown)));
-}
-
-int DepthOf(CalcItem* holder) {
-  int depth = 0;
-  while (auto* mod = dynamic_cast<clsMod*>(holder)) {
-    holder = mod->Owner;
-    ++depth;
-  }
-  return depth;
 }
 
 }  // namespace
@@ -120,7 +110,7 @@ void KVRCharacter::AddModFromSaved(std::string_view line) {
   mod->SetTagList(std::string(ClosedTags(frame.tags, closed)));
   CalcItem* holder = SavedHolder(savedText::ToLong(frame.parentKey));
   if (!holder) return env_.log.LogRed("Error: Owning item not found for mod: " + mod->FullName());
-  if (DepthOf(holder) >= kDeepestModifier) {
+  if (ModDepth(*holder) >= kDeepestMod) {
     return env_.log.LogRed("Error: Nested too deep, and left out: mod " + mod->FullName());
   }
   mod->IDKey = NumberForSaved(frame.idKey, "modifier", mod->FullName());

@@ -195,6 +195,21 @@ TEST(CharacterFile, RichTextStaysOnOneLine) {
   for (const auto& [text, expected] : cases) EXPECT_EQ(savedText::RichTextOnOneLine(text), expected);
 }
 
+TEST(CharacterFile, RichTextIsSavedAsPlainTextOnRequest) {
+  RecordWorld world;
+  KVRCharacter& c = world.character;
+  c.Description = "{\\rtf1\\b One\\b0\\par\r\n\\par Two\\par}";
+  c.Notes = "{a note} \\par";
+  AddLogEntry(c, "{\\rtf1 Their date\\'28s\\'29.}");
+  EXPECT_EQ(ReadText(world, c.FileText())->Description, "{\\rtf1\\b One\\b0\\par \\par Two\\par}");
+  world.env.Config.SaveRTFasPlainText = -1;
+  EXPECT_NE(c.FileText().find("\r\nOne<CRLF><CRLF>Two\r\n"), npos);
+  auto read = ReadText(world, c.FileText());
+  EXPECT_EQ(read->Description, "One\r\n\r\nTwo");
+  EXPECT_EQ(read->Notes, c.Notes);
+  EXPECT_EQ(read->Campaign.Log[0].Notes, "Their date(s).");
+}
+
 TEST(CharacterFile, SectionsAreReadAsTheyStand) {
   RecordWorld world;
   auto read = ReadText(
@@ -229,7 +244,7 @@ TEST(CharacterFile, BadRecordsAreLeftOutOrRenumbered) {
              "\r\n"
              "idkey(2147483647)|,name(Huge)\r\nidkey(8),parentkey(k99)|,name(Orphan)\r\n"
              "idkey(9),parentkey(k10)|,name(Ring)\r\nidkey(10),parentkey(k9)|,name(Rung)\r\n"
-             "idkey(11),childkeylist(k12,k77)|,name(Parent)\r\nidkey(12),parentkey(k11)|,name(Child)\r\n"
+             "idkey(11),childkeylist(k12,k77)|,name(Parent)\r\nidkey(12),parentkey(K11)|,name(Child)\r\n"
              "idkey(13),parentkey(k11)|,name(Unlisted)\r\n"
              "[Mods]\r\nidkey(20),parentkey(5)|,name(M)\r\nidkey(21),parentkey(22)|,name(Early)\r\n"
              "idkey(22),parentkey(20)|,name(N)\r\nidkey(20),parentkey(6)|,name(Twin)\r\n"
@@ -246,6 +261,7 @@ TEST(CharacterFile, BadRecordsAreLeftOutOrRenumbered) {
   EXPECT_TRUE(read->FindItem("Ring", kPerks)->ParentKey().empty() ||
               read->FindItem("Rung", kPerks)->ParentKey().empty());
   EXPECT_EQ(read->FindItem("Parent", kPerks)->ChildKeyList(), "k12,k13");
+  EXPECT_EQ(read->FindItem("Child", kPerks)->ParentKey(), "k11") << "keys are compared as they are written";
   EXPECT_EQ(world.Logged("Error: Owning item not found for mod: Early"), 1);
   ASSERT_EQ(read->Bonuses.size(), 1u);
   EXPECT_EQ(read->Bonuses[0]->FullBonusText, "+1 to ST ");
