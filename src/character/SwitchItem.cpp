@@ -30,6 +30,14 @@ std::int32_t NumberInTag(const clsItem& item, std::string_view tag) {
   return CLngClamped(Val(item.FreeTag(tag)));
 }
 
+// The number of the trait that stands beside a disabled one. 0 where `disabledwith` names any other trait, as
+// it may in a file that was edited: that one must not be removed for it.
+std::int32_t NegativeOf(const KVRCharacter& character, const clsItem& item) {
+  const clsItem* negative = character.ItemByKey(NumberInTag(item, "disabledwith"));
+  const bool isPair = negative && negative != &item && NumberInTag(*negative, "disabledfrom") == item.IDKey;
+  return isPair ? negative->IDKey : 0;
+}
+
 // The first trait of that name and of the item's type, other than the item itself.
 std::size_t PositionOfOther(const KVRCharacter& character, const clsItem& item, std::string_view fullName) {
   std::size_t position = character.ItemPositionByNameAndExt(fullName, item.ItemType, 1);
@@ -127,7 +135,7 @@ void KVRCharacter::EnableItem(std::string_view keyText) {
     if (!item) return;
     env_.log.LogLine("Re-enabling " + item->FullName());
   }
-  const std::int32_t disabling = NumberInTag(*item, "disabledwith");
+  const std::int32_t id = item->IDKey, negative = NegativeOf(*this, *item);
   ClearTokensForItem(*item);
   ResortItem(*item, [&] {
     item->SetName(item->Name().substr(0, UCase(item->Name()).find(kDisabledMark)));
@@ -139,7 +147,9 @@ void KVRCharacter::EnableItem(std::string_view keyText) {
   EnableItemBonuses(*item);
   EnableItemTaboos(*item);
   SetRefreshList(item->ItemType);
-  RemoveItem(KeyTextOf(disabling));
+  RemoveItem(KeyTextOf(negative));
+  // In a damaged file the two may be one family, and leave together.
+  if (ItemByKey(id) != item) return env_.events.RefreshLists();
   ClearTokensForItem(*item);
   CreateAffectsLinks(*item);
   item->Calculate();

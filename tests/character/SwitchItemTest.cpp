@@ -71,6 +71,26 @@ TEST_F(SwitchItem, AnyNameCanBeDisabled) {
   EXPECT_EQ(NumberText(negative->Points()), "15");
 }
 
+// As files come that were edited: a mark that leads to the trait itself, to a stranger, or to a pair that is
+// one family.
+TEST_F(SwitchItem, ADamagedPairTakesNoOtherTraitAlong) {
+  clsItem& grace = world.Added("Grace", kAds);
+  component.SetTagItem("disabled", "yes");
+  for (std::int32_t marked : {component.IDKey, grace.IDKey, 99}) {
+    component.SetTagItem("disabled", "yes");
+    component.SetTagItem("disabledwith", std::to_string(marked));
+    character.EnableItem(component.KeyText());
+    EXPECT_EQ(component.TagItem("disabled"), "");
+    EXPECT_EQ(character.Items.Count(), 3u);
+  }
+  character.DisableItem(component.KeyText());
+  clsItem& negative = *character.FindItem("NO Fortune", kAds);
+  negative.SetTagItem("isparent", "yes");
+  ASSERT_TRUE(character.MakeChildOf(component.KeyText(), negative.KeyText()));
+  character.EnableItem(component.KeyText());
+  EXPECT_EQ(world.Names(), (std::vector<std::string>{"Chosen One", "Grace"}));
+}
+
 TEST_F(SwitchItem, SaysWhyItCantSwitch) {
   const std::int32_t grace = world.Add("Grace", kAds);
   character.DisableItem(KeyTextOf(grace));
