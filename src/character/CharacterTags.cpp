@@ -178,17 +178,21 @@ std::string KVRCharacter::TagItem(std::string_view tag) {
 void KVRCharacter::SetTagItem(std::string_view tag, std::string_view value) {
   TraceScope trace("KVRCharacter:TagItem");
   value = Trim(value);
+  // Formulas that read the character are worked out again with the next totals.
+  const auto written = [this] {
+    Dirty = true;
+    for (std::int32_t key : charValueReaders_) QueueKey(key);
+  };
   const CharacterTag* known = FindTag(LCase(tag));
   if (!known) {
     TagText tags;
     tags.Assign(CharTagList);
     tags.Set(tag, value);
     CharTagList = tags.Text();
-    Dirty = true;
-    return;
+    return written();
   }
   LogFailure(env_.log, [&] {
-    if (std::visit(Writer{*this, value}, known->slot)) Dirty = true;
+    if (std::visit(Writer{*this, value}, known->slot)) written();
   });
 }
 

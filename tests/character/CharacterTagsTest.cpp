@@ -11,12 +11,12 @@ TEST(CharacterTags, PropertiesAreReadAndWrittenByName) {
   } const cases[] = {
       {"Name", " Ada ", "Ada"},       {"charactersheet", "a.kcs", "a.kcs"},
       {"flexfile", "b.kcs", "b.kcs"}, {"loadout", "Travel", "Travel"},
-      {"basethdice", "3", "3"},       {"baseswadds", "x", "0"},
+      {"basethdice", "3", "0"},       {"baseswadds", "x", "0"},
       {"inplay", "-1", "-1"},         {"refreshads", "-1", "-1"},
       {"refreshads", "0", "0"},       {"lastkey", "40", "40"},
       {"lastkey", "3", "40"},         {"totalcost", "77", "0"},
       {"adcount", "77", "1"},         {"currentload", "77", "0"},
-      {"enclevel", "3", "0"},         {"dollarcost", "77", "0"},
+      {"enclevel", "3", "5"},         {"dollarcost", "77", "0"},
       {"my tag", "(own)", "(own)"},   {"sum#", "2*3", "6"},
   };
   RecordWorld world;
@@ -38,6 +38,17 @@ TEST(CharacterTags, WritingMarksTheCharacterAsChanged) {
   EXPECT_FALSE(world.character.Dirty);
   world.character.SetTagItem("player", "Bo");
   EXPECT_TRUE(world.character.Dirty);
+}
+
+TEST(CharacterTags, FormulasReadWhatWasWritten) {
+  RecordWorld world;
+  clsItem& mood = world.Put(kStats, "name(Mood),basevalue(char::mood+1)");
+  world.character.CreateAffectsLinks(mood);
+  for (int value : {4, 7}) {
+    world.character.SetTagItem("mood", std::to_string(value));
+    world.character.CalcPointCosts();
+    EXPECT_EQ(mood.Score(), value + 1);
+  }
 }
 
 TEST(CharacterTags, StacksGiveTheLastFirst) {

@@ -197,7 +197,7 @@ TEST_F(CharacterFiles, Format2BecomesANewCharacter) {
   EXPECT_EQ(c.OtherDR, "4");
   clsItem* st = c.FindItem("ST", kStats);
   ASSERT_NE(st, nullptr);
-  EXPECT_EQ(st->BaseLevel(), 2);
+  EXPECT_EQ(st->Level(), 2);
   EXPECT_EQ(st->TagItem("inplaymult"), "2");
   clsItem* bright = c.FindItem("Bright", kAds);
   ASSERT_NE(bright, nullptr);
