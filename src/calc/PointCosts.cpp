@@ -30,9 +30,9 @@ class KVRCharacter::TotalsRead {
 
 void KVRCharacter::CalcPointCosts() {
   TraceScope trace("KVRCharacter:CalcPointCosts");
-  // A formula that reads a total while traits are being worked out gets the totals as they stand at that
-  // moment.
-  if (trickling_ || calculating_ > 0) {
+  // A formula that reads a total gets the totals as they stand at that moment: what reads it may be in the
+  // middle of something that a trait's calculation would change.
+  if (trickling_ || calculating_ > 0 || Solving.depth > 0) {
     UpdateTotals();
     return;
   }

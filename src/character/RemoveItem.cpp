@@ -128,7 +128,9 @@ void ItemRemoval::RemoveComponents(clsItem& item) {
   }
 }
 
+// A calculation since the records were dropped may have made some again.
 void ItemRemoval::TakeOff(clsItem& item) {
+  Step([&] { DropRecords(item); });
   const std::string key = item.KeyText();
   character_.ItemsByType[static_cast<std::size_t>(item.ItemType)].Remove(key);
   character_.Items.Remove(key);

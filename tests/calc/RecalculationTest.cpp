@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "calc/modSolver.h"
 #include "character/RecordWorld.h"
 #include "core/Numbers.h"
 
@@ -203,6 +204,36 @@ TEST(Recalculation, AFailingFormulaKeepsNobodyElseFromBeingCalculated) {
   brag.SetPoints(0);
   EXPECT_THROW(c.RecalculateAll(), SolverFailure);
   EXPECT_EQ(brag.Points(), Currency(12)) << "a broken table of damage is no reason either";
+}
+
+// Amounts of bonuses are solved while links are walked, where no trait may be calculated.
+TEST(Recalculation, AFormulaThatReadsATotalCalculatesNoTrait) {
+  RecordWorld world;
+  KVRCharacter& c = world.character;
+  clsItem& luck = world.Put(kAds, "name(Luck),cost(5),baselevel(1),points(7)");
+  c.QueueItem(luck);
+  EXPECT_EQ(modSolver::Solver("char::totalcost", c), 7);
+  EXPECT_EQ(luck.Points(), Currency(7));
+  c.CalcPointCosts();
+  EXPECT_EQ(c.TotalCost, Currency(5));
+}
+
+// Without its modifiers a mitigated trait gives its bonuses again, also while it is being removed.
+TEST(Recalculation, ARemovedTraitLeavesNoRecords) {
+  RecordWorld world;
+  KVRCharacter& c = world.character;
+  world.Put(kStats, "name(Vigour),basevalue(10)");
+  clsItem& pact = world.Put(kAds, "name(Pact),baselevel(1),owns(yes),pkids(3),gives(+1 to ST:Vigour)");
+  world.Put(kAds, "name(Sign),baselevel(1),owned(yes),keep(2)");
+  world.PutMod(pact, "name(Quiet),mitigator(yes)");
+  c.CreateAllAffectsLinks();
+  c.AddBonusesFromOwner(pact);
+  c.RecalculateAll();
+  ASSERT_EQ(c.Conditionals.size(), 1u);
+  c.RemoveItem(pact.KeyText());
+  EXPECT_EQ(c.Items.Count(), 1u);
+  EXPECT_TRUE(c.Bonuses.empty());
+  EXPECT_TRUE(c.Conditionals.empty());
 }
 
 TEST(Recalculation, ModifiersMitigate) {
