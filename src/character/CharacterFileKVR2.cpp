@@ -226,6 +226,8 @@ std::string ConvertedMod(std::string_view entry) {
 }  // namespace
 
 clsItem* KVRCharacter::AddItemFromSavedKVR2(ItemType type, std::string_view line) {
+  std::string repaired;
+  if (!modTags::ParensBalance(line)) line = repaired = savedText::RepairTagText(line);
   const Tags old = modTags::ReturnTagItems(line);
   if (modTags::ValueOf(old, "name").empty()) {
     env_.log.LogRed("Left out, since it has no name: " + std::string(line.substr(0, 80)));

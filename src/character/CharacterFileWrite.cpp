@@ -162,10 +162,13 @@ std::string CharacterFileWriter::GuardedTags(const clsItem& item) {
   repaired |= RepairField(record, "creates", item.Creates());
   repaired |= RepairField(record, "description", item.Description());
   repaired |= RepairField(record, "notes", item.Notes());
-  if (repaired) {
-    c_.Env().log.LogRed("'" + item.FullName() + "': an unmatched parenthesis was saved as a bracket.");
-  }
-  return record;
+  if (!repaired) return record;
+  c_.Env().log.LogRed("'" + item.FullName() + "': an unmatched parenthesis was saved as a bracket.");
+  // Tags that stood inside a broken value are tags now; written as they will be read, the next save is the
+  // same.
+  clsItem asRead;
+  asRead.NewTagList(record);
+  return asRead.TagListForSaving();
 }
 
 void CharacterFileWriter::WriteAllMods() {

@@ -4,6 +4,7 @@
 #include "character/KVRCharacter.h"
 #include "character/ModTree.h"
 #include "core/Numbers.h"
+#include "core/modTags.h"
 
 namespace kvr {
 
@@ -36,9 +37,10 @@ SavedFrame FrameOf(std::string_view record) {
   return frame;
 }
 
-// A list that was cut in the middle of a value gets its parenthesis, so that the last value is read whole.
+// A list with a parenthesis too many or too few, such as one that was cut in the middle of a value, is
+// repaired value by value: else the tags behind it would be read as part of the value, the name among them.
 std::string_view ClosedTags(std::string_view tags, std::string& closed) {
-  if (tags.empty() || tags.ends_with(')')) return tags;
+  if (tags.empty() || (tags.ends_with(')') && modTags::ParensBalance(tags))) return tags;
   closed = savedText::RepairTagText(tags);
   return closed;
 }

@@ -52,8 +52,8 @@ class clsItem final : public CalcItem {
   const std::string& NameExt() const { return nameExt_; }
   const std::string& LCaseName() const { return lcaseName_; }
   const std::string& LCaseNameExt() const { return lcaseNameExt_; }
-  // The name decides the place in the character's sorted collections: a trait that stands there is put back in order
-  // by KVRCharacter::ResortItem, however its name is written (here, as a tag or in a whole list).
+  // The name decides the place in the character's sorted collections: a trait that stands there is put back
+  // in order by KVRCharacter::ResortItem, however its name is written (here, as a tag or in a whole list).
   void SetName(std::string_view name);
   void SetNameExt(std::string_view ext);
 
@@ -228,8 +228,8 @@ class clsItem final : public CalcItem {
   std::size_t DamageModeTagItemCount(std::string_view tag) const;
   std::size_t DamageModeTagItemAt(std::string_view tag, std::size_t startMode = 1) const;
   // Adds the mode that the data describe ("Thrown, damage(thr+1), reach(%copyprev)" or the same as tags with
-  // `mode` or `name`), or changes the one of that name. "%copyfirst" and "%copyprev" take the value of the first and
-  // of the previous mode, "%calcme" leaves the value to the calculation.
+  // `mode` or `name`), or changes the one of that name. "%copyfirst" and "%copyprev" take the value of the
+  // first and of the previous mode, "%calcme" leaves the value to the calculation.
   void AddNewMode(std::string_view modeData);
   // --- Modifiers (calc/Modifiers.cpp)
   // -------------------------------------------------------------------------------- Sets Points from
@@ -247,7 +247,8 @@ class clsItem final : public CalcItem {
   double ConditionalApplicableLevelMult();
   double CalcApplicableTargetTagBonus(std::string_view tag);
   double CalcApplicableTargetTagMult(std::string_view tag);
-  // The texts that text bonuses on a tag come to: added ones one behind the other, multipliers with "*" between.
+  // The texts that text bonuses on a tag come to: added ones one behind the other, multipliers with "*"
+  // between.
   std::string CalcApplicableTargetTagBonusString(std::string_view tag);
   std::string CalcApplicableTargetTagMultString(std::string_view tag);
   // The display lines of all bonuses on a tag.

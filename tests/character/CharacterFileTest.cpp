@@ -182,8 +182,29 @@ TEST(CharacterFile, UnmatchedParenthesesCostNoOtherTag) {
     EXPECT_EQ(back->Notes(), ":]");
     EXPECT_EQ(back->Name(), "A");
     EXPECT_GT(world.Logged("saved as a bracket"), 0);
-    EXPECT_EQ(read->FileText(), ReadText(world, read->FileText())->FileText());
+    EXPECT_EQ(read->FileText(), world.character.FileText());
   }
+}
+
+// Earlier programs wrote such lists as they stood.
+TEST(CharacterFile, ABrokenValueInTheFileSwallowsNothing) {
+  RecordWorld world;
+  auto read = ReadText(world, FileOf("[Perks]\r\nidkey(4)|,usernotes(sad :(),page(B7),name(A),points(3.0)\r\n"
+                                     "[Mods]\r\nidkey(5),parentkey(4)|,cost((5%),name(M),group(G)\r\n"));
+  clsItem* item = read->ItemByKey(4);
+  ASSERT_NE(item, nullptr);
+  EXPECT_EQ(item->FullName() + item->TagItem("page") + item->TagItem("points"), "AB73");
+  ASSERT_EQ(item->Mods.Count(), 1u);
+  EXPECT_EQ(item->Mods.Item(std::size_t{1}).FullName(), "M");
+  EXPECT_EQ(ReadText(world, read->FileText())->FileText(), read->FileText());
+}
+
+// What stood inside a broken value in memory, and is a tag of its own once the value is repaired.
+TEST(CharacterFile, ARepairedListIsWrittenAsItIsRead) {
+  RecordWorld world;
+  world.Put(kPerks, ",name(A),page(x(type(DX/E),points(4),display(yes)");
+  const std::string first = world.character.FileText();
+  EXPECT_EQ(ReadText(world, first)->FileText(), first);
 }
 
 TEST(CharacterFile, RichTextStaysOnOneLine) {

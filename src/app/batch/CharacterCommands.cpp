@@ -48,7 +48,8 @@ void Save(BatchRunner& runner, Arguments& arguments) {
   const std::string path =
       arguments.Empty() ? character.FileName : CharacterPath(runner, arguments.Rest(), ".kvr4");
   const Files::Outcome outcome = runner.App().SaveCharacter(character, path);
-  if (!outcome) throw CommandFailure(fmt::format("\"{}\" was not saved: {}", path, outcome.error));
+  const std::string_view shown = arguments.Empty() ? std::string_view(path) : arguments.Rest();
+  if (!outcome) throw CommandFailure(fmt::format("\"{}\" was not saved: {}", shown, outcome.error));
   PrintCurrent(runner);
 }
 
@@ -114,7 +115,8 @@ void Party(BatchRunner& runner, Arguments& arguments) {
   }
   const std::string path = CharacterPath(runner, arguments.Rest(), ".KVR4party");
   const Files::Outcome outcome = runner.App().PartyWrite(path);
-  if (!outcome) throw CommandFailure(fmt::format("\"{}\" was not saved: {}", path, outcome.error));
+  if (!outcome)
+    throw CommandFailure(fmt::format("\"{}\" was not saved: {}", arguments.Rest(), outcome.error));
 }
 
 void Backup(BatchRunner& runner, Arguments&) {

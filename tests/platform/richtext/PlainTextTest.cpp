@@ -20,7 +20,8 @@ TEST(PlainText, KeepsWhatIsVisible) {
       {"{\\rtf1 \\{brace\\} \\\\ slash}", "{brace} \\ slash"},
       {"{\\rtf1 caf\\'e9 \\'80\\'9z \\ldblquote x\\rdblquote  5\\endash 6}", "café €9z “x” 5–6"},
       {"{\\rtf1 \\u246?\\u-10179?\\u-8704?{\\uc0\\u8364}x\\uc2\\u233ab!}", "ö😀€xé!"},
-      {"{\\rtf1 a{\\pict\\bin4 }{}{}b{\\header never}{\\field{\\*\\fldinst LINK}{\\fldrslt here}}}", "abhere"},
+      {"{\\rtf1 a{\\pict\\bin4 }{}{}b{\\header never}{\\field{\\*\\fldinst LINK}{\\fldrslt here}}}",
+       "abhere"},
       {"{\\rtf1 x\\cell y\\row}tail of no document", "x\ty"},
   };
   for (const Case& row : cases) EXPECT_EQ(PlainText(row.rtf), row.text) << row.rtf;
