@@ -216,7 +216,9 @@ void ItemCreation::RefuseDuplicate() {
 
 void ItemCreation::GiveKey() {
   item_->IDKey = id_ = character_.NewKey();
+  // Keys that stand in its data are those of another character.
   item_->SetParentKey(parentKey_);
+  item_->SetChildKeyList("");
   character_.creations_.back().id = id_;
   ++character_.traitsMade_;
 }

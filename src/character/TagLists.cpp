@@ -9,6 +9,12 @@
 namespace kvr {
 namespace {
 
+// Of several bytes, where it is no ")" after all.
+std::string_view WithoutLastCharacter(std::string_view text) {
+  while (!text.empty() && (text.back() & 0xC0) == 0x80) text.remove_suffix(1);
+  return text.substr(0, text.empty() ? 0 : text.size() - 1);
+}
+
 // Calls f(tag, value) for each piece "tag(value)". The last character of a piece is taken for its ")" unseen;
 // a piece without "(" is no tag.
 template <class F>
@@ -17,9 +23,7 @@ void ForEachTag(std::string_view text, F&& f) {
     piece = Trim(piece);
     std::size_t open = piece.find('(');
     if (open == npos) return;
-    std::string_view value = piece.substr(open + 1);
-    if (!value.empty()) value.remove_suffix(1);
-    f(Trim(piece.substr(0, open)), value);
+    f(Trim(piece.substr(0, open)), WithoutLastCharacter(piece.substr(open + 1)));
   });
 }
 

@@ -55,6 +55,15 @@ TEST(CreateNewItem, GivesEachTypeItsStartValues) {
   }
 }
 
+TEST(CreateNewItem, KeysInItsDataMakeNoFamily) {
+  CharacterWorld world(kRules);
+  clsItem& first = world.Added("Keen Nose", kAds);
+  const std::int32_t id =
+      world.character.CreateNewItem(kAds, "name(Odd),parentkey(k1),childkeylist(k1)", "", "", 0, 0, 0);
+  EXPECT_EQ(world.Tag(id, "parentkey") + world.Tag(id, "childkeylist"), "");
+  EXPECT_EQ(first.ParentKey(), "");
+}
+
 TEST(CreateNewItem, SkillsBeginWithoutPointsWhereTheUserSaysSo) {
   CharacterWorld world(kRules);
   world.character.InitStartupValues();

@@ -13,6 +13,7 @@ TEST(TagLists, NewTagListTakesFieldsOutAndKeepsTheRest) {
       {"", ""},
       {"name(A), Page(12) ,cost( 5 )", ",Page(12),cost( 5 )"},
       {"no tag at all,cost(5", ",cost()"},
+      {"page(5)é,x(1)", ",page(5)),x(1)"},
       {"gives(+1 to \"ST, 2),x(a,b(c,d)),y()", ",gives(+1 to \"ST, 2),x(a,b(c,d)),y()"},
       {"display(YES),a(1)", ",a(1)"},
       {"a(1),display(-1)", ",a(1)"},
