@@ -217,7 +217,9 @@ std::string ConvertedMod(std::string_view entry) {
       continue;
     }
     if (!list.empty()) list += ',';
-    list += (tag.name == "count" ? "level" : tag.name) + "(" + std::string(tag.value) + ")";
+    std::string value(tag.value);
+    modTags::RepairParens(value);
+    list += (tag.name == "count" ? "level" : tag.name) + "(" + value + ")";
   }
   if (!cost.empty()) list += ",cost(" + cost + ")";
   return list;
