@@ -28,9 +28,8 @@ build() {
   log="build/$preset/build.log"
   mkdir -p "build/$preset"
   [ -f "build/$preset/build.ninja" ] || {
-    echo "Preparing build/$preset"
+    echo "Preparing and building build/$preset, which takes some minutes"
     cmake --preset "$preset" >"$log" 2>&1 || { cat "$log"; exit 1; }
   }
-  [ -d "build/$preset/bin" ] || echo "Building build/$preset, which takes some minutes the first time"
   cmake --build "build/$preset" -- "$@" >"$log" 2>&1 || { grep -v '^\[' "$log" | tail -60; exit 1; }
 }

@@ -37,18 +37,22 @@ void KVRCharacter::CalcPointCosts() {
     return;
   }
   TrickleScope scope(*this);
-  TotalsRead known(*this);
   FirstFailure failure;
   for (;;) {
     failure.Run([this] { UpdateTotals(); });
-    TotalsRead now(*this);
-    if (now != known) {
-      for (std::int32_t key : charValueReaders_) QueueKey(key);
-    }
+    TellReadersOfTotals();
     if (recalcQueue_.empty()) return failure.PassOn();
-    known = now;
     failure.Run([this] { EmptyQueue(); });
   }
+}
+
+// Totals may have been summed in between, in the middle of a calculation; what counts is what the readers
+// were last told.
+void KVRCharacter::TellReadersOfTotals() {
+  const TotalsRead now(*this);
+  if (totalsTold_ && *totalsTold_ == now) return;
+  totalsTold_ = std::make_shared<TotalsRead>(now);
+  for (std::int32_t key : charValueReaders_) QueueKey(key);
 }
 
 void KVRCharacter::UpdateTotals() {

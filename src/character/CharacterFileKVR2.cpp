@@ -163,8 +163,7 @@ void OldCharacterReader::Finish() {
         " lines of [PackageItems] were left out; the traits themselves stand in their own sections.");
   }
   c_.Campaign.Calculate();
-  c_.CalcPointCosts();
-  c_.RecalculateAll();
+  c_.RecalculateLoaded();
   if (inPlay_) c_.SetInPlay(true);
 }
 

@@ -440,12 +440,23 @@ void KVRCharacter::FinishLoading() {
   CreateAllAffectsLinks();
   for (clsItem& item : Items) AddTaboosFromOwner(item);
   Campaign.Calculate();
-  CalcPointCosts();
-  RecalculateAll();
+  RecalculateLoaded();
   if (const clsItem* techLevel = FindItem("Tech Level", kStats)) {
     TL = static_cast<std::int16_t>(std::clamp(CLngClamped(techLevel->Score()), -32768, 32767));
   }
   Dirty = false;
+}
+
+void KVRCharacter::RecalculateLoaded() {
+  FirstFailure failure;
+  failure.Run([this] { CalcPointCosts(); });
+  failure.Run([this] { RecalculateAll(); });
+  try {
+    failure.PassOn();
+  } catch (const SolverFailure& formula) {
+    env_.log.LogRed("A formula of '" + Name +
+                    "' fails, so some values are those of its file: " + formula.what());
+  }
 }
 
 }  // namespace kvr

@@ -216,6 +216,9 @@ class KVRCharacter final : public CalcItem {
   bool ReadSections(clsFileReader& reader);
   // Links, taboos, sums and a full recalculation of what was read.
   void FinishLoading();
+  // RecalculateAll for a character that is being loaded: one whose formulas fail must open all the same, or
+  // nobody could mend it. The failure is told in red; what depends on it keeps the values of the file.
+  void RecalculateLoaded();
   // The character must have its copies of the library's tables; attributes come from the library.
   bool FileReadKVR2(std::string_view path);
   // The path of the backup; "" when it could not be written (logged).
@@ -444,6 +447,8 @@ class KVRCharacter final : public CalcItem {
     KVRCharacter& character_;
   };
   class TotalsRead;
+  void TellReadersOfTotals();
+  std::shared_ptr<const TotalsRead> totalsTold_;  // what the traits that read totals have seen
   void EmptyQueue();
   bool MayVisit(const clsItem& item);
   void SumCosts();

@@ -31,8 +31,8 @@ class Application {
   KVRCharacter& CreateNewCharacter();
   // Loads a character file of any version, or a party list. False when nothing was loaded; why is in the log.
   // `doNotUseFilename` is for recovered backups: the character has no name of its own and counts as unsaved.
-  // A member of a party (`usingParty`) does not enter the recent files. A failing formula gives the character
-  // up and goes on as SolverFailure.
+  // A member of a party (`usingParty`) does not enter the recent files. A character with a failing formula
+  // opens with the values of its file.
   bool LoadTheCharacter(std::string_view path, bool doNotUseFilename = false, bool usingParty = false);
   // The tolerant number of "version(" behind "[system]"; 0 without either.
   static double GetCharacterFileVersion(std::string_view path);

@@ -111,7 +111,7 @@ bool Application::LoadOne(std::string_view path, bool doNotUseFilename, bool usi
   if (!doNotUseFilename) env_.Config.CharDir = Files::SplitPath(path).folder;
 
   env_.events.StatusText(quotedName + " is now being calculated...");
-  character.RecalculateAll();
+  character.RecalculateLoaded();
   character.Dirty = doNotUseFilename || version < 3;
   env_.events.StatusText(quotedName + " is now ready.");
   env_.events.LetEventsRun();

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "calc/modSolver.h"
 #include "character/RecordWorld.h"
 #include "core/Numbers.h"
 
@@ -54,6 +55,21 @@ TEST(PointCosts, MoneyAndWeightOfEquipment) {
   pack.DeleteTag("owns");
   c.CalcPointCosts();
   EXPECT_EQ(NumberText(c.DollarCost), "5143.5") << "the strap is counted by nobody else";
+}
+
+TEST(PointCosts, ReadersOfTotalsHearOfASumThatAFormulaMadeBefore) {
+  RecordWorld world;
+  KVRCharacter& c = world.character;
+  clsItem& reader = world.Put(kStats, "name(Renown),basevalue(char::adcost)");
+  clsItem& trait = world.Put(kAds, "name(Feat),points(5)");
+  c.CreateAllAffectsLinks();
+  c.RecalculateAll();
+  trait.SetTagItem("cost", "20");
+  trait.SetBaseLevel(1);
+  trait.Calculate();
+  EXPECT_EQ(modSolver::Solver("char::adcost", c), 20);
+  c.CalcPointCosts();
+  EXPECT_EQ(reader.Score(), 20);
 }
 
 }  // namespace

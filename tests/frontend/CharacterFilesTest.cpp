@@ -7,6 +7,7 @@
 #include "core/ScriptedPrompts.h"
 #include "core/modFileIO.h"
 #include "frontend/Application.h"
+#include "frontend/TraitEditing.h"
 
 namespace kvr {
 namespace {
@@ -146,13 +147,18 @@ TEST_F(CharacterFiles, AFailedSaveLeavesEverythingAsItWas) {
   EXPECT_EQ(env_.Config.MRUFiles[0], "");
 }
 
-TEST_F(CharacterFiles, AFailingFormulaGivesTheCharacterUp) {
+TEST_F(CharacterFiles, ACharacterWithAFailingFormulaOpensAndCanBeMended) {
   const std::string path =
       Write("bad.kvr4",
-            "[System]\r\nversion(3)\r\n[Stats]\r\nidkey(1)|,basevalue(@sqr(0-4)),name(Bad)\r\n\r\n"
-            "[ChangeLog]\r\n\r\n");
-  EXPECT_THROW(app_.LoadTheCharacter(path), SolverFailure);
-  EXPECT_TRUE(app_.Chars.empty());
+            "[System]\r\nversion(3)\r\n[Stats]\r\nidkey(1)|,basevalue(@sqr(0-4)),score(7.0),name(Bad)\r\n"
+            "idkey(2)|,basevalue(4),name(Good)\r\n\r\n[ChangeLog]\r\n\r\n");
+  ASSERT_TRUE(app_.LoadTheCharacter(path));
+  KVRCharacter& c = *app_.Current();
+  EXPECT_EQ(c.FindItem("Bad", kStats)->Score(), 7);
+  EXPECT_EQ(c.FindItem("Good", kStats)->Score(), 4);
+  EXPECT_TRUE(TraitEditing::SetTag(*c.FindItem("Bad", kStats), "basevalue", "@sqr(4)"));
+  EXPECT_EQ(c.FindItem("Bad", kStats)->Score(), 2);
+  EXPECT_NO_THROW(c.RecalculateAll());
 }
 
 TEST_F(CharacterFiles, LoadedTraitsAreLinkedAgain) {
