@@ -111,6 +111,9 @@ void KVRCharacter::DisableItem(std::string_view keyText) {
     item->SetTagItem("disabled", "yes");
   });
   env_.log.LogLine("End FullName = " + item->FullName());
+  // What reached it by its name does so no longer, as after the next loading.
+  CreateAffectsLinks(*item);
+  item->Calculate();
   const std::int32_t disabling = MakeDisablingItem(*item, oldName);
   if (clsItem* bringer = ItemByKey(NumberInTag(*item, "keep"))) {
     std::string pkids(bringer->FreeTag("pkids"));

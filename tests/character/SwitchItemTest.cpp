@@ -71,6 +71,16 @@ TEST_F(SwitchItem, AnyNameCanBeDisabled) {
   EXPECT_EQ(NumberText(negative->Points()), "15");
 }
 
+TEST_F(SwitchItem, ADisabledTraitIsReachedByNothing) {
+  component.SetTagItem("cost", "10/20/30");
+  character.CreateNewItem(kAds, "name(Omen),cost(0),gives(+1 to AD:Fortune)", "", "", 0, 0, 0);
+  ASSERT_EQ(component.Level(), 2);
+  character.DisableItem(component.KeyText());
+  EXPECT_EQ(component.Level(), 1);
+  character.EnableItem(component.KeyText());
+  EXPECT_EQ(component.Level(), 2);
+}
+
 // As files come that were edited: a mark that leads to the trait itself, to a stranger, or to a pair that is
 // one family.
 TEST_F(SwitchItem, ADamagedPairTakesNoOtherTraitAlong) {
