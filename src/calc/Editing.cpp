@@ -18,9 +18,12 @@ std::int32_t StepFrom(std::int32_t value, int step) {
   return CLngClamped(static_cast<double>(value) + step);
 }
 
+// A level can move without moving the score, so what the solver knows goes first.
 bool Spread(clsItem& item, bool changed) {
-  if (changed) item.Owner->PushTrickle(item);
-  return changed;
+  if (!changed) return false;
+  item.Owner->ClearTokensForItem(item);
+  item.Owner->PushTrickle(item);
+  return true;
 }
 
 bool ChangeStatLevel(clsItem& item, std::int32_t level) {
@@ -65,16 +68,16 @@ void SpendPoints(clsItem& item, Currency points) {
 }
 
 void IncrementSkill(clsItem& item) {
-  const clsSkillCosts* type = SkillTypeOf(item);
-  if (type == nullptr) return;
   item.SetSkillScoreTo(StepFrom(item.Level(), 1));
-  if (item.BasePoints() <= 0) SpendPoints(item, type->MinCost());
+  const clsSkillCosts* type = SkillTypeOf(item);
+  if (type != nullptr && item.BasePoints() <= 0) SpendPoints(item, type->MinCost());
 }
 
 // A level below the lowest goes back to the default, or else stays at the least cost.
 void DecrementSkill(clsItem& item) {
+  if (item.SetSkillScoreTo(StepFrom(item.Level(), -1))) return;
   const clsSkillCosts* type = SkillTypeOf(item);
-  if (type == nullptr || item.SetSkillScoreTo(StepFrom(item.Level(), -1))) return;
+  if (type == nullptr) return;
   const bool wholePoint = item.ItemType == kSpells && item.Owner->AllowHalfPointSpells == 0;
   Currency points = item.BasePoints();
   if (!item.FreeTagIsEmpty("deffrom")) {

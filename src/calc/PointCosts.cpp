@@ -18,7 +18,11 @@ class KVRCharacter::TotalsRead {
   explicit TotalsRead(const KVRCharacter& c)
       : values_(c.Cost, c.DollarCost, c.TotalCost, c.UnspentPoints, c.TotalPoints, c.AgainstDisadLimit,
                 c.TotalWeight, c.CurrentLoad, c.EncumbranceLevel, c.BaseSW, c.BaseTH, c.BaseSwDice,
-                c.BaseSwAdds, c.BaseTHDice, c.BaseTHAdds, c.ParryScore, c.BlockScore, c.TL) {}
+                c.BaseSwAdds, c.BaseTHDice, c.BaseTHAdds, c.ParryScore, c.BlockScore, c.TL) {
+    for (ItemType type = kFirstType; type <= kLastType; ++type) {
+      counts_[static_cast<std::size_t>(type)] = c.Count(type);
+    }
+  }
   bool operator==(const TotalsRead&) const = default;
 
  private:
@@ -26,6 +30,7 @@ class KVRCharacter::TotalsRead {
              std::int16_t, std::string, std::string, std::int32_t, std::int32_t, std::int32_t, std::int32_t,
              std::int32_t, std::int32_t, std::int16_t>
       values_;
+  ByType<std::int32_t> counts_{};
 };
 
 void KVRCharacter::CalcPointCosts() {

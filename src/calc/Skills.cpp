@@ -317,7 +317,7 @@ void clsItem::SetOptionalSpecialtyStatus(bool on) {
   if (on && !isOn && index > 1 && types[index - 1]->Base() > -1) {
     SetSkillType(types[index - 2]->Name);
     SetTagItem("optspec", "1");
-  } else if (!on && isOn && index != types.size()) {
+  } else if (!on && isOn && (index == 0 || index < types.size())) {
     DeleteTag("optspec");
     if (index > 0) SetSkillType(types[index]->Name);
   }

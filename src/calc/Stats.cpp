@@ -118,6 +118,7 @@ bool clsItem::SetStatScoreTo(double value) {
   std::int32_t level = Level();
   SetLevel(CLngClamped(RoundHalfEven(Round15((value - baseValue - bonuses) / step))));
   if (!CalculateOrUndo(*this, [&] { SetLevel(level); })) return false;
+  Owner->ClearTokensForItem(*this);
   Owner->PushTrickle(*this);
   return ReachedOrPassed(before, Score(), value);
 }

@@ -53,7 +53,7 @@ clsMod* KVRCharacter::MakeMod(CalcItem& owner, std::string_view tagList, std::st
   mod->Owner = &owner;
   // The tag is sought behind a comma.
   std::string list = "," + std::string(tagList);
-  const std::string initMods = modTags::ReturnTagValueExtractingTag(list, "initmods");
+  const std::string initMods = ExtractOwnInitMods(list);
   if (modDirectives::HandleSpecialDirectives(list, *this, {{"%AddedItemsList%", ""}})) return nullptr;
   if (modDirectives::HandleDirectives(list, *this, {{"%AddedItemsList%", ""}})) return nullptr;
   modTools::ReplaceAll(list, "#message(", "%%message%%(");

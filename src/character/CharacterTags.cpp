@@ -56,6 +56,7 @@ constexpr CharacterTag kTags[] = {
     {"basethdice", &KVRCharacter::BaseTHDice},
     {"bodytype", &KVRCharacter::BodyType},
     {"charactersheet", &KVRCharacter::FlexFile},
+    {"charname", &KVRCharacter::Name},
     {"currentload", Total{&KVRCharacter::CurrentLoad}},
     {"currentloadout", &KVRCharacter::CurrentLoadout},
     {"datecreated", &KVRCharacter::DateCreated},

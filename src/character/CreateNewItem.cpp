@@ -254,7 +254,7 @@ void ItemCreation::MakeInitialMods() {
 void ItemCreation::RunDirectives(const std::vector<modDirectives::Substitution>& protectedVars) {
   std::string text = item_->TagList();
   if (text.find('#') == npos) return;
-  const std::string initMods = modTags::ReturnTagValueExtractingTag(text, "initmods");
+  const std::string initMods = ExtractOwnInitMods(text);
   if (modDirectives::HandleDirectives(text, character_, protectedVars)) return Cancel();
   if (!initMods.empty()) text.append(",initmods(").append(initMods).append(")");
   StoreTagList(text);
@@ -353,11 +353,11 @@ void ItemCreation::SetStartCount() {
   item_->SetTagItem("count", std::to_string(CLng(modSolver::Solver(quantity, *item_))));
 }
 
-// The modifiers' own records are made with the trait's, the outer before the inner.
+// The modifiers' own records are made with the trait's. A modifier that mitigates, or one put on in between,
+// may have made some already, so all are made anew.
 void ItemCreation::MakeRecords() {
-  character_.AddBonusesFromOwner(*item_);
-  character_.AddConditionalsFromOwner(*item_);
-  for (clsMod* mod : AllModsOf(*item_)) character_.MakeModRecords(*mod);
+  character_.DisableItemBonuses(*item_);
+  character_.EnableItemBonuses(*item_);
   character_.AddTaboosFromOwner(*item_);
 }
 

@@ -140,10 +140,9 @@ void KVRCharacter::SetRefreshList(ItemType type) {
 }
 
 void KVRCharacter::SetInPlay(bool inPlay) {
-  if (inPlay_ == inPlay) return;
+  if (inPlay_ != inPlay) Dirty = true;
   inPlay_ = inPlay;
-  Dirty = true;
-  if (inPlay) FreezeStats();
+  if (inPlay) FreezeStats();  // also those that came after play began
 }
 
 }  // namespace kvr

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "core/modTags.h"
+
 namespace kvr {
 
 int ModDepth(CalcItem& owner) {
@@ -32,6 +34,21 @@ std::vector<clsMod*> AllModsOf(CalcItem& owner) {
     takeFrom(mod->Mods);
   }
   return all;
+}
+
+std::string ExtractOwnInitMods(std::string& tagList) {
+  std::size_t from = 0;
+  for (;;) {
+    const std::size_t at = modTags::FindTag("initmods", std::string_view(tagList).substr(from));
+    if (at == npos) return "";
+    from += at;
+    if (modTags::ParensBalance(std::string_view(tagList).substr(0, from))) break;
+    ++from;
+  }
+  std::string tail = tagList.substr(from);
+  std::string value = modTags::ReturnTagValueExtractingTag(tail, "initmods");
+  tagList.replace(from, npos, tail);
+  return value;
 }
 
 }  // namespace kvr

@@ -1,6 +1,7 @@
 // Walks the modifiers on a trait and the modifiers on those.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "character/clsItem.h"
@@ -17,5 +18,8 @@ int ModDepth(CalcItem& owner);
 clsSortedModCollection* ModsOf(CalcItem& owner);
 // All modifiers on the record, to any depth, each before those that it carries.
 std::vector<clsMod*> AllModsOf(CalcItem& owner);
+// Takes the record's own `initmods` out of its tag list and returns the value; one inside another tag's value
+// (of a trait that this one creates) stays.
+std::string ExtractOwnInitMods(std::string& tagList);
 
 }  // namespace kvr

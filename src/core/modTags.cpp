@@ -26,7 +26,9 @@ std::vector<TagItem> ReadItems(std::string_view tagString, Blanks blanks) {
     item.name = LCase(Trim(token.substr(0, open)));
     std::string_view rest = token.substr(open + 1);
     if (blanks == Blanks::Trimmed) rest = Trim(rest);
-    if (!rest.empty()) rest.remove_suffix(1);  // taken to be the ")"
+    // The last character is taken to be the ")"; it may be a whole letter of several bytes.
+    while (!rest.empty() && (rest.back() & 0xC0) == 0x80) rest.remove_suffix(1);
+    if (!rest.empty()) rest.remove_suffix(1);
     item.value = blanks == Blanks::Trimmed ? Trim(rest) : rest;
   });
   return items;

@@ -40,6 +40,7 @@ bool SetTag(clsItem& item, std::string_view tag, std::string_view value) {
   if (!modTags::ParensBalance(value) || !modTags::ParensBalance(tag)) return false;
   KVRCharacter& character = *item.Owner;
   character.ClearTokensForItem(item);
+  character.PushRecalcItems(item);  // those who know it by its former text
   if (IsNameTag(tag)) {
     character.ResortItem(item, [&] { item.SetTagItem(tag, value); });
   } else {
@@ -47,6 +48,7 @@ bool SetTag(clsItem& item, std::string_view tag, std::string_view value) {
   }
   if (MakesRecords(tag)) RemakeRecords(character, item);
   character.CreateAffectsLinks(item);
+  if (IsNameTag(tag)) character.PushRecalcGiven(item);
   Recalculate(character, item);
   return true;
 }

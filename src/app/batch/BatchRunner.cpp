@@ -117,6 +117,8 @@ void BatchRunner::RunLine(std::string_view line) {
   if (!keepsOutput) lastOutput_.clear();
   try {
     command->run(*this, arguments);
+    // What a window does behind every edit: the totals, and what reads them.
+    if (KVRCharacter* character = app_.Current()) character->CalcPointCosts();
   } catch (const SolverFailure&) {
     app_.WriteTempBackups();
     throw;
