@@ -4,21 +4,15 @@
 #include <memory>
 #include <string>
 
-#include "character/KVRCharacter.h"
-#include "core/ScriptedPrompts.h"
+#include "BenchCharacter.h"
 
 namespace {
 
 using namespace kvr;
 
-std::string Numbered(const char* word, int i) {
-  std::string digits = std::to_string(i);
-  return word + std::string(5 - digits.size(), '0') + digits;
-}
-
 // A tenth of the traits are attributes, the others advantages. Two of five advantages give to one attribute,
 // one in a hundred to a category that holds one advantage in a hundred.
-class Givers {
+class Givers : public BenchCharacter {
  public:
   explicit Givers(int count) : statCount_(count / 10) {
     for (int i = 0; i < statCount_; ++i) {
@@ -38,23 +32,7 @@ class Givers {
     return given == 2 * givers_;
   }
 
-  ScriptedPrompts prompts;
-  FrontEndEvents events;
-  Environment env{prompts, events};
-  KVRSystem system{env};
-  KVRCharacter character{env, system};
-
  private:
-  void Put(ItemType type, const std::string& tags) {
-    auto item = std::make_unique<clsItem>();
-    clsItem& added = *item;
-    item->Owner = &character;
-    item->NewTagList(tags);
-    item->ItemType = type;
-    item->IDKey = character.NewKey();
-    character.Items.Add(std::move(item), added.KeyText());
-    character.ItemsByType[static_cast<std::size_t>(type)].Add(&added, added.KeyText());
-  }
   void AddAdvantage(int i) {
     std::string gives;
     if (i % 5 < 2) {

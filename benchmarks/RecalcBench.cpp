@@ -5,22 +5,15 @@
 #include <string>
 #include <vector>
 
-#include "character/KVRCharacter.h"
-#include "core/ScriptedPrompts.h"
+#include "BenchCharacter.h"
 
 namespace {
 
 using namespace kvr;
 
-// Five figures, so that no name stands inside another.
-std::string Numbered(const char* word, int i) {
-  std::string digits = std::to_string(i);
-  return word + std::string(5 - digits.size(), '0') + digits;
-}
-
 // One attribute for every 24 advantages. An advantage costs twice its attribute, and in groups of five one
 // more than the advantage before it.
-class LinkedTraits {
+class LinkedTraits : public BenchCharacter {
  public:
   explicit LinkedTraits(int count) {
     for (int i = 0; i < count; ++i)
@@ -40,24 +33,7 @@ class LinkedTraits {
     return true;
   }
 
-  ScriptedPrompts prompts;
-  FrontEndEvents events;
-  Environment env{prompts, events};
-  KVRSystem system{env};
-  KVRCharacter character{env, system};
   std::vector<clsItem*> stats, advantages;
-
-  clsItem& Put(ItemType type, const std::string& tags) {
-    auto item = std::make_unique<clsItem>();
-    clsItem& added = *item;
-    item->Owner = &character;
-    item->NewTagList(tags);
-    item->ItemType = type;
-    item->IDKey = character.NewKey();
-    character.Items.Add(std::move(item), added.KeyText());
-    character.ItemsByType[static_cast<std::size_t>(type)].Add(&added, added.KeyText());
-    return added;
-  }
 
  private:
   static std::string Usual() {

@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "calc/modSolver.h"
-#include "character/KVRCharacter.h"
-#include "core/ScriptedPrompts.h"
+
+#include "BenchCharacter.h"
 
 namespace {
 
@@ -96,7 +96,7 @@ class FormulaMaker {
   int operands_;
 };
 
-class SolverWorld {
+class SolverWorld : public BenchCharacter {
  public:
   explicit SolverWorld(int operands) {
     for (std::size_t i = 0; i < kStatCount; ++i) {
@@ -122,26 +122,11 @@ class SolverWorld {
     return true;
   }
 
-  ScriptedPrompts prompts;
-  FrontEndEvents events;
-  Environment env{prompts, events};
-  KVRSystem system{env};
-  KVRCharacter character{env, system};
   mu::Parser parser;
   std::vector<Formula> formulas;
 
  private:
-  void AddStat(const std::string& name, double score) {
-    auto stat = std::make_unique<clsItem>();
-    clsItem& added = *stat;
-    stat->Owner = &character;
-    stat->NewTagList("name(" + name + ")");
-    stat->ItemType = kStats;
-    stat->IDKey = character.NewKey();
-    stat->SetScore(score);
-    character.Items.Add(std::move(stat), added.KeyText());
-    character.ItemsByType[kStats].Add(&added, added.KeyText());
-  }
+  void AddStat(const std::string& name, double score) { Put(kStats, "name(" + name + ")").SetScore(score); }
 
   std::array<double, kStatCount> scores_{};
 };
