@@ -51,6 +51,11 @@ double Solved(std::string_view text, Context& context) {
   return Solver(text, context.item);
 }
 
+// The value of a function of one argument; what stands behind a comma is of no account.
+double FirstSolved(std::string_view arguments, Context& context) {
+  return Solved(Split(arguments).first[0], context);
+}
+
 // Long calculations keep the front end alive at each argument of the functions that take lists of them.
 double SolvedAlive(std::string_view text, Context& context) {
   context.character.Env().events.LetEventsRun();
@@ -70,7 +75,7 @@ double BestOf(std::string_view list, Context& context, Replaces&& replaces) {
 }
 
 double IsEven(std::string_view arguments, Context& context) {
-  const double value = Solved(arguments, context);
+  const double value = FirstSolved(arguments, context);
   return value / 2 == std::trunc(RoundHalfEven(value) / 2) ? -1 : 0;
 }
 
@@ -107,14 +112,14 @@ double If(std::string_view arguments, Context& context) {
 }
 
 double Factorial(std::string_view arguments, Context& context) {
-  const int n = CInt(Solved(arguments, context));
+  const int n = CInt(FirstSolved(arguments, context));
   double product = 1;
   for (int i = 2; i <= n; ++i) product = Finite(product * i);
   return product;
 }
 
 double SquareRoot(std::string_view arguments, Context& context) {
-  const double value = Solved(arguments, context);
+  const double value = FirstSolved(arguments, context);
   if (value < 0) InvalidCall();
   return std::sqrt(value);
 }
@@ -129,21 +134,21 @@ double Power(std::string_view arguments, Context& context) {
 }
 
 double NaturalLog(std::string_view arguments, Context& context) {
-  const double value = Solved(arguments, context);
+  const double value = FirstSolved(arguments, context);
   return value <= 0 ? 1 : std::log(value);
 }
 
 double DecimalLog(std::string_view arguments, Context& context) {
-  const double value = Solved(arguments, context);
+  const double value = FirstSolved(arguments, context);
   if (value <= 0) InvalidCall();
   return std::log(value) / std::log(10.0);
 }
 
 double Floor(std::string_view arguments, Context& context) {
-  return std::floor(Solved(arguments, context));
+  return std::floor(FirstSolved(arguments, context));
 }
 double Truncation(std::string_view arguments, Context& context) {
-  return std::trunc(Solved(arguments, context));
+  return std::trunc(FirstSolved(arguments, context));
 }
 
 // The digits of a value as 15 of them show it, and how many of them stand behind the point (below 0: zeros
@@ -240,7 +245,7 @@ double TextIndexedValue(std::string_view arguments, Context& context) {
 }
 
 double BaseDice(std::string_view arguments, std::string clsBasicDamage::*column, Context& context) {
-  const double score = Solved(arguments, context);
+  const double score = FirstSolved(arguments, context);
   const clsBasicDamage* row = basicDamage::RowForScore(context.character, score);
   return row ? basicDamage::AtScore(row->*column, score, context.item, "") : 0;
 }

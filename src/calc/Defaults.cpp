@@ -10,7 +10,7 @@ namespace {
 
 // The highest value that a default may be taken from; 0 for no limit.
 double LimitOfRule(clsItem& trait, std::string_view tag, double value, const KVRCharacter& character) {
-  const bool isScore = tag == "score", isGlobal = character.GlobalRuleOf != 0;
+  const bool isScore = tag == "score", isGlobal = character.GlobalRuleOf == -1;
   double limit = character.RuleOf;
   if (limit <= 0 || !(isScore || isGlobal)) return 0;
   if (value > limit && (trait.ItemType == kStats || !isScore)) {

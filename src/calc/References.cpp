@@ -1,5 +1,7 @@
 // What a name in a formula stands for: traits by prefix, attributes by name or symbol, the words of the
 // context, and the lists of prerequisites.
+#include <fmt/format.h>
+
 #include <optional>
 
 #include "calc/SolverContext.h"
@@ -231,12 +233,7 @@ std::vector<std::string> GetPrereqArray(CalcItem& item) {
 }
 
 std::string GetPrereqList(CalcItem& item) {
-  std::string list;
-  for (const std::string& name : GetPrereqArray(item)) {
-    if (!list.empty()) list += ", ";
-    list += name;
-  }
-  return list;
+  return fmt::format("{}", fmt::join(GetPrereqArray(item), ", "));
 }
 
 std::string GetValueList(std::string_view list, CalcItem& item) {

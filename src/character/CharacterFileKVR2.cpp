@@ -3,6 +3,7 @@
 // docs/formats/character-file-2.md.
 #include "character/CharacterFileFields.h"
 #include "character/KVRCharacter.h"
+#include "core/Numbers.h"
 #include "core/clsFileReader.h"
 #include "core/modTags.h"
 #include "core/modTools.h"
@@ -180,14 +181,25 @@ void MoveTag(const Tags& old, std::string_view from, clsItem& item, std::string_
   if (!value.empty()) item.SetTagItem(to, value);
 }
 
+// A number that doesn't parse is its leading number, or 0.
+void MoveNumber(const Tags& old, std::string_view from, clsItem& item, std::string_view to) {
+  const std::string_view value = modTags::ValueOf(old, from);
+  if (!value.empty()) item.SetTagItem(to, NumberText(Currency::FromVal(value)));
+}
+void MoveLevel(const Tags& old, std::string_view from, clsItem& item, std::string_view to) {
+  const std::string_view value = modTags::ValueOf(old, from);
+  if (!value.empty()) item.SetTagItem(to, std::to_string(savedText::ToLong(value)));
+}
+
 void ConvertStat(const Tags& old, clsItem& item) {
   const std::string& name = item.LCaseName();
   if (name == "st" || name == "dx" || name == "iq" || name == "ht") {
-    for (std::string_view tag : {"mainwin", "up", "down", "points", "levels"}) MoveTag(old, tag, item, tag);
+    for (std::string_view tag : {"mainwin", "up", "down", "levels"}) MoveTag(old, tag, item, tag);
+    MoveNumber(old, "points", item, "points");
   }
   if (IsSet(modTags::ValueOf(old, "doubleinplay"))) item.SetTagItem("inplaymult", "2");
   item.DeleteTag("doubleinplay");
-  MoveTag(old, "levels", item, "level");  // what was bought of an attribute is its level
+  MoveLevel(old, "levels", item, "level");  // what was bought of an attribute is its level
 }
 
 void ConvertTags(const Tags& old, clsItem& item) {
@@ -197,12 +209,12 @@ void ConvertTags(const Tags& old, clsItem& item) {
     MoveTag(old, "college", item, "cat");
     item.DeleteTag("college");
   }
-  if (item.ItemType == kSkills || item.ItemType == kSpells) MoveTag(old, "points", item, "basepoints");
+  if (item.ItemType == kSkills || item.ItemType == kSpells) MoveNumber(old, "points", item, "basepoints");
   const std::string cost = JoinedCost(modTags::ValueOf(old, "basecost"), modTags::ValueOf(old, "costcnt"));
   if (!cost.empty()) item.SetTagItem("cost", cost);
   item.DeleteTag("basecost");
   item.DeleteTag("costcnt");
-  MoveTag(old, "level", item, item.ItemType == kStats ? "level" : "baselevel");
+  MoveLevel(old, "level", item, item.ItemType == kStats ? "level" : "baselevel");
 }
 
 // An entry of `currentmods` as a modifier's tag list.

@@ -49,7 +49,7 @@ std::string DisallowedText(const clsItem& parent) {
 }
 
 void Tell(Environment& env, std::string_view text) {
-  env.prompts.MessageBox(text, kProgramTitle, Buttons::Ok);
+  env.log.LogLine(text);
 }
 
 // The selected traits that can be moved; the others are told to the user one by one.

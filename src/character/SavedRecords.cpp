@@ -107,6 +107,7 @@ CalcItem* KVRCharacter::SavedHolder(std::int32_t id) const {
 void KVRCharacter::AddModFromSaved(std::string_view line) {
   const SavedFrame frame = FrameOf(line);
   if (!frame.complete) return LogSkipped(env_.log, line);
+  NoteSavedKey(frame.idKey);  // also of one that is left out: something else may name it
   auto mod = std::make_unique<clsMod>();
   std::string closed;
   mod->SetTagList(std::string(ClosedTags(frame.tags, closed)));

@@ -55,7 +55,7 @@ class Application {
   bool LoadOne(std::string_view path, bool doNotUseFilename, bool usingParty);
   bool ReadAnyVersion(KVRCharacter& character, std::string_view path, double version);
   bool ConfirmKVR2(const KVRCharacter& character, std::string_view path);
-  void KeepFileName(KVRCharacter& character, std::string_view path, bool doNotUseFilename, bool usingParty);
+  void KeepFileName(KVRCharacter& character, std::string_view path);
   bool LoadParty(std::string_view path);
   void ListTempBackups();
   void RememberFile(std::string_view path);

@@ -80,7 +80,7 @@ bool Application::LoadTheCharacter(std::string_view path, bool doNotUseFilename,
   env_.log.LogLine("LoadTheCharacter: " + std::string(path));
   try {
     if (LoadOne(path, doNotUseFilename, usingParty)) return true;
-  } catch (const SolverFailure&) {
+  } catch (...) {
     Current()->Dirty = false;
     CloseCharacter(CurChar);
     throw;
@@ -107,7 +107,8 @@ bool Application::LoadOne(std::string_view path, bool doNotUseFilename, bool usi
   const double version = GetCharacterFileVersion(path);
   env_.log.LogLine("CharFileVer = " + NumberText(version));
   if (!ReadAnyVersion(character, path, version)) return false;
-  if (version >= 3) KeepFileName(character, path, doNotUseFilename, usingParty);
+  if (version >= 3 && !doNotUseFilename) KeepFileName(character, path);
+  if (!doNotUseFilename && !usingParty) RememberFile(path);
   if (!doNotUseFilename) env_.Config.CharDir = Files::SplitPath(path).folder;
 
   env_.events.StatusText(quotedName + " is now being calculated...");
@@ -160,12 +161,9 @@ bool Application::ConfirmKVR2(const KVRCharacter& character, std::string_view pa
 
 // A base file is only a starting point, so its character has no file of its own; one that lost its end is
 // kept as it is for whoever can mend it.
-void Application::KeepFileName(KVRCharacter& character, std::string_view path, bool doNotUseFilename,
-                               bool usingParty) {
-  if (doNotUseFilename) return;
+void Application::KeepFileName(KVRCharacter& character, std::string_view path) {
   const bool hasOwnFile = Files::LowerExtension(path) != ".kvr4base" && character.DamagedFile.empty();
   character.FileName = hasOwnFile ? path : std::string_view();
-  if (!usingParty) RememberFile(path);
 }
 
 }  // namespace kvr

@@ -31,7 +31,9 @@ bool Application::LoadParty(std::string_view path) {
     if (line.empty()) continue;
     std::string member = env_.Folders.ExpandPath(kCharacters, kNoFolder, line);
     if (!IsAbsolute(member)) member = std::string(parts.folder) + member;
-    if (EqualNoCase(Files::LowerExtension(member), kPartyExtension) || !Files::FileExists(member)) {
+    if (EqualNoCase(Files::LowerExtension(member), kPartyExtension)) {
+      env_.log.LogRed("A party list inside a party list is not followed: " + std::string(line));
+    } else if (!Files::FileExists(member)) {
       env_.log.LogRed("Party character not found: " + std::string(line));
     } else {
       members.push_back(std::move(member));

@@ -103,6 +103,7 @@ TEST_F(SolverTest, AtFunctions) {
              {"@logn(0)", 1},
              {"@log(1000)", 3},
              {"@int(-2.5)", -3},
+             {"@int(2*3.3, 9)", 6},
              {"@fix(-2.5)", -2},
              {"@round(2.5)", 2},
              {"@round(3.5)", 4},

@@ -53,7 +53,6 @@ TEST_F(Parents, NoTraitBecomesItsOwnAncestor) {
 TEST_F(Parents, TheUserPicksAParentForTheSelection) {
   clsItem &chest = Add("Chest"), &sack = Add("Sack"), &lamp = Add("Lamp"), &owned = Add("Lamp");
   owned.SetTagItem("owned", "yes");
-  world.Answer("ok");  // the notice about the owned one
   world.Answer("Chest/TL3");
   character.MakeChild(Selection({&lamp, &owned, &sack}), kEquipment);
   EXPECT_EQ(chest.ChildKeyList(), lamp.KeyText() + "," + sack.KeyText());
@@ -65,23 +64,23 @@ TEST_F(Parents, TheUserPicksAParentForTheSelection) {
 
 TEST_F(Parents, TheUserIsToldWhyThereIsNone) {
   const auto told = [&](const std::vector<std::string>& selected) {
-    world.notices.clear();
+    world.env.log.Clear();
     character.MakeChild(selected, kEquipment);
-    return world.notices.empty() ? std::string() : world.notices.back();
+    const auto& lines = world.env.log.Lines();
+    return lines.empty() ? std::string() : lines.back().text;
   };
   clsItem& lamp = Add("Lamp");
-  const std::string title = "prompt: BRASK Kivera: ";
-  EXPECT_EQ(told({}), title + "No traits selected.");
+  EXPECT_EQ(told({}), "No traits selected.");
   EXPECT_EQ(told(Selection({&lamp})),
-            title + "No parent candidates found. You must create a parent before you can add children.");
+            "No parent candidates found. You must create a parent before you can add children.");
   clsItem& sack = Add("Sack");
   EXPECT_EQ(told(Selection({&sack})),
-            title +
-                "No parent candidates found. Some parents were disallowed because they were either the items "
-                "selected as children, or were themselves children of those items.");
+            "No parent candidates found. Some parents were disallowed because they were either the items "
+            "selected as children, or were themselves children of those items.");
   lamp.SetTagItem("owned", "yes");
-  EXPECT_EQ(told(Selection({&lamp})), title + "No usable traits were selected. None were made children");
-  EXPECT_EQ(world.notices.front(), title + "'Lamp' is owned by another item, and can't be made a child.");
+  EXPECT_EQ(told(Selection({&lamp})), "No usable traits were selected. None were made children");
+  EXPECT_EQ(world.env.log.Lines().front().text,
+            "'Lamp' is owned by another item, and can't be made a child.");
   // Cancelled: nothing moves.
   const std::string before = world.Everything();
   told(Selection({&Add("Lamp")}));

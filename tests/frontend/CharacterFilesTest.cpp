@@ -187,6 +187,30 @@ constexpr std::string_view kFormat2 =
     "name(Loud),basemod(20%),roundup(1))\r\nno name here\r\n[Powers]\r\nname(Glow),display(0)\r\n"
     "[Spells]\r\nname(Light),type(M/H),college(Fire)\r\n[PackageItems]\r\nname(Bright)\r\n";
 
+TEST_F(CharacterFiles, Format2TakesTheLeadingNumberOfADamagedOne) {
+  const std::string path =
+      Write("damaged.kvr",
+            "[System]\r\nversion(2)\r\n[Advantages]\r\n"
+            "name(Bright),basecost(5),costcnt(3),level(2a),currentmods(name(Dim),basemod(-10%))\r\n");
+  prompts_.QueueAnswer("ok");
+  prompts_.QueueAnswer("ok");
+  ASSERT_TRUE(app_.LoadTheCharacter(path));
+  clsItem* bright = app_.Current()->FindItem("Bright", kAds);
+  ASSERT_NE(bright, nullptr);
+  EXPECT_EQ(bright->BaseLevel(), 2);
+  EXPECT_EQ(bright->Mods.Count(), 1u);
+  EXPECT_EQ(bright->TagItem("currentmods"), "");
+}
+
+TEST_F(CharacterFiles, TheNumberOfADroppedModifierIsNotGivenAgain) {
+  const std::string path =
+      Write("orphan.kvr4",
+            "[System]\r\nversion(3)\r\nlastkey(1)\r\n[Stats]\r\nidkey(1)|,name(Wit)\r\n\r\n"
+            "[Mods]\r\nidkey(40),parentkey(99)|,name(Lost)\r\n\r\n[ChangeLog]\r\n\r\n");
+  ASSERT_TRUE(app_.LoadTheCharacter(path));
+  EXPECT_EQ(app_.Current()->NewKey(), 41);
+}
+
 TEST_F(CharacterFiles, Format2BecomesANewCharacter) {
   const std::string path = Write("otto.kvr", std::string(kFormat2));
   EXPECT_EQ(Application::GetCharacterKVR2DataFilesUsed(path), std::vector<std::string>{"old rules.kdf"});
@@ -198,6 +222,7 @@ TEST_F(CharacterFiles, Format2BecomesANewCharacter) {
   EXPECT_EQ(c.Notes, "one\r\ntwo");
   EXPECT_TRUE(c.Dirty);
   EXPECT_EQ(c.FileName, "") << "so that the old file is not overwritten";
+  EXPECT_EQ(env_.Config.MRUFiles[0], path);
   EXPECT_EQ(c.DR[2], "2");
   EXPECT_EQ(c.Body.Part("Arms")->DB, "1");
   EXPECT_EQ(c.OtherDR, "4");
@@ -240,7 +265,7 @@ TEST_F(CharacterFiles, APartyLoadsItsMembersFromAnywhere) {
   EXPECT_EQ(app_.Chars[0]->Name, "One");
   EXPECT_EQ(app_.Chars[1]->Name, "Two");
   EXPECT_TRUE(Logged("Party character not found: gone.kvr4"));
-  EXPECT_TRUE(Logged("Party character not found: all.KVR4party"));
+  EXPECT_TRUE(Logged("A party list inside a party list is not followed: all.KVR4party"));
   EXPECT_EQ(env_.Config.MRUFiles[0], party);
   EXPECT_EQ(env_.Config.MRUFiles[1], "");
   EXPECT_EQ(events_.texts.back(), "Party loaded.");
