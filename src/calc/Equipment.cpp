@@ -232,6 +232,7 @@ void clsItem::privCalcEquipmentItem() {
   BonusList.clear();
   ConditionalList.clear();
   EquipmentSums(*this).Calculate();
+  SumConditionals(*this);
 }
 
 }  // namespace kvr

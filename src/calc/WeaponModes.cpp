@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "calc/ModeLists.h"
+#include "character/ItemFields.h"
 #include "character/clsItem.h"
 #include "library/ItemLines.h"
 
@@ -32,8 +33,10 @@ std::string NameOfMode(const std::vector<modTags::TagItem>& data) {
   return modPrefixes::JoinNameAndExt(modTags::ValueOf(data, "name"), modTags::ValueOf(data, "nameext"));
 }
 
-bool IsNameOfMode(std::string_view tag) {
-  return tag.empty() || tag == "mode" || tag == "name" || tag == "nameext";
+// The name stands in `mode`; what a trait has once, such as its level or its parent, is none of a mode's.
+bool IsNoValueOfMode(std::string_view tag) {
+  if (tag.empty() || tag == "mode") return true;
+  return ItemFields::Find(tag) && tag != "notes" && tag != "description";
 }
 
 }  // namespace
@@ -47,7 +50,8 @@ std::size_t clsItem::DamageModesCount() const {
 }
 
 std::string clsItem::DamageModeTagItem(std::size_t mode, std::string_view tag) const {
-  return std::string(modeLists::ValueAt(FreeTag(tag), mode));
+  const std::string list = StoredTag(tag);
+  return std::string(modeLists::ValueAt(list, mode));
 }
 
 std::string clsItem::DamageModeDamage(std::size_t mode) const {
@@ -62,7 +66,7 @@ std::string clsItem::DamageModeType(std::size_t mode) const {
 
 void clsItem::DamageModeTagItemSet(std::size_t mode, std::string_view tag, std::string_view value) {
   if (mode == 0 || mode > kMostModes) return;
-  const std::string list(FreeTag(tag));
+  const std::string list = StoredTag(tag);
   std::vector<std::string> values;
   for (std::string_view former : modeLists::Values(list)) values.emplace_back(former);
   if (values.size() < mode) values.resize(mode);
@@ -71,13 +75,15 @@ void clsItem::DamageModeTagItemSet(std::size_t mode, std::string_view tag, std::
 }
 
 std::size_t clsItem::DamageModeTagItemCount(std::string_view tag) const {
-  const std::vector<std::string_view> values = modeLists::Values(FreeTag(tag));
+  const std::string list = StoredTag(tag);
+  const std::vector<std::string_view> values = modeLists::Values(list);
   return static_cast<std::size_t>(
       std::ranges::count_if(values, [](std::string_view value) { return !value.empty(); }));
 }
 
 std::size_t clsItem::DamageModeTagItemAt(std::string_view tag, std::size_t startMode) const {
-  const std::vector<std::string_view> values = modeLists::Values(FreeTag(tag));
+  const std::string list = StoredTag(tag);
+  const std::vector<std::string_view> values = modeLists::Values(list);
   for (std::size_t mode = std::max<std::size_t>(startMode, 1); mode <= values.size(); ++mode) {
     if (!values[mode - 1].empty()) return mode;
   }
@@ -104,7 +110,7 @@ void clsItem::AddNewModeAddData(const std::vector<modTags::TagItem>& data, std::
   }
   DamageModeTagItemSet(mode, "mode", name);
   for (const modTags::TagItem& item : data) {
-    if (IsNameOfMode(item.name)) continue;
+    if (IsNoValueOfMode(item.name)) continue;
     const std::string value = NewModeValue(mode, item.name, item.value);
     if (!value.empty()) DamageModeTagItemSet(mode, item.name, value);
   }
@@ -112,7 +118,7 @@ void clsItem::AddNewModeAddData(const std::vector<modTags::TagItem>& data, std::
 
 void clsItem::UpdateExistingModeData(std::size_t mode, const std::vector<modTags::TagItem>& data) {
   for (const modTags::TagItem& item : data) {
-    if (IsNameOfMode(item.name)) continue;
+    if (IsNoValueOfMode(item.name)) continue;
     DamageModeTagItemSet(mode, item.name, NewModeValue(mode, item.name, item.value));
   }
 }

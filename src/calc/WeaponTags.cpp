@@ -26,7 +26,8 @@ std::string WithNumberBonus(std::string_view text, double adder, double multipli
     if (!isFirst) result += ',';
     isFirst = false;
     const std::string_view trimmed = Trim(element);
-    const DecimalScan number = ScanDecimal(trimmed, Gaps::None);
+    // A "d" behind the number is dice, no exponent.
+    const DecimalScan number = ScanDecimal(trimmed.substr(0, trimmed.find_first_of("dD")), Gaps::None);
     if (!number.found) {
       result += element;
       return;

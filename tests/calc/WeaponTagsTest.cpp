@@ -45,6 +45,7 @@ TEST(WeaponTags, ValuesOfEachMode) {
       {"damtype(cut|imp)", "+\" burn\" to EQ:Arm::damtype$", "chardamtype", "cut burn|imp burn"},
       {"rof($if(ST:ST > 11 then \"3~\" else \"1\"))", "", "charrof", "3~"},
       {"rcl(2)", "", "charrcl", "2"},
+      {"radius(1d+2)", "+1 to EQ:Arm::radius", "charradius", "2d+2"},
       {"radius(%count*2)", "", "charradius", "2"},
       {"armordivisor(2)", "x2 to EQ:Arm::armordivisor", "chararmordivisor", "4"},
       {"break(1)", "+1 to EQ:Arm::break", "charbreak", "2"},
@@ -152,6 +153,12 @@ TEST(WeaponModes, AreAddedAndChanged) {
   EXPECT_EQ(spear.FreeTag("parry"), "|0");
   clsItem& rock = world.Put(kEquipment, "name(Rock)");
   rock.AddNewMode("name(Thrown),damage(thr)");
+  clsItem& staff = world.Put(kEquipment, "name(Staff),mode(Swing),damage(sw),notes(Ash wood),points(3)");
+  staff.AddNewMode("mode(Thrust),damage(thr),notes(two hands),points(9),parentkey(k1)");
+  EXPECT_EQ(staff.TagItem("notes"), "Ash wood|two hands");
+  EXPECT_EQ(staff.DamageModeTagItem(2, "notes"), "two hands");
+  EXPECT_EQ(staff.Points(), Currency(3));
+  EXPECT_EQ(staff.ParentKey(), "");
   EXPECT_EQ(rock.FreeTag("mode"), "Thrown");
 }
 
