@@ -212,9 +212,9 @@ bool clsBonus::CreateBonusFromText(std::string_view text) {
   BonusType = parsed.type;
   Bonus = parsed.text;
   ReadTarget(*this, rest, amount);
+  SetBonusAffects();  // takes " pts" off the name, which the type is told by
   TargetType = TypeOfTarget(*this);
   IDKey = character.NewKeyTemp();
-  SetBonusAffects();
   Calculate();
   return true;
 }

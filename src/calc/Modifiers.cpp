@@ -131,7 +131,9 @@ void clsMod::CalcModifiers() {
   modValue::Value adjusted = modValue::ReadValue(Tags().Value("premodsvalue"), *this);
   const double before = adjusted.family == modValue::Family::Divide ? adjusted.number * adjusted.divisor
                                                                     : adjusted.number / adjusted.divisor;
-  adjusted.number = TotalOf(Mods, before, rules);
+  // A cost factor of 1 is 100 percent.
+  const double unit = adjusted.suffix == modValue::Suffix::CostFactor ? 100 : 1;
+  adjusted.number = TotalOf(Mods, before * unit, rules) / unit;
   adjusted.divisor = 1;
   if (IsTooLarge(adjusted.number)) return ReportFault(Fault::TooLarge);
   modCalculation::WriteTag(*this, "value", modValue::TextOf(adjusted));

@@ -3,6 +3,7 @@
 #include "calc/SkillDefaults.h"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_set>
 #include <vector>
 
@@ -61,10 +62,26 @@ std::string_view TagOfPrefix(const modPrefixes::Prefix& prefix) {
   return IsSkillOrSpell(prefix.type) && prefix.defaultTag != "baselevel" ? prefix.defaultTag : "";
 }
 
+// The tag behind a reference: what stands behind "::", or "points" for " pts"; both are cut off.
+std::optional<std::string> CutTag(std::string_view& text) {
+  std::optional<std::string> tag;
+  if (const std::size_t colons = text.find("::"); colons != npos) {
+    tag = Trim(text.substr(colons + 2));
+    text = Trim(text.substr(0, colons));
+  }
+  if (EndsWithNoCase(text, " pts")) {
+    tag = "points";
+    text = Trim(text.substr(0, text.size() - 4));
+  }
+  return tag;
+}
+
+// Quotes and braces may enclose the whole reference or the name alone.
 Reference ReadReference(std::string_view text, const KVRCharacter& character) {
   Reference reference;
-  const auto [word, rest] = modPrefixes::ExtractPrefix(modTools::StripQuotesAndBraces(text));
-  std::string_view name = rest;
+  std::string_view body = modTools::StripQuotesAndBraces(text);
+  const std::optional<std::string> tag = CutTag(body);
+  const auto [word, name] = modPrefixes::ExtractPrefix(modTools::StripQuotesAndBraces(body));
   ItemType type = kStats;
   reference.tag = "score";
   if (!word.empty()) {
@@ -73,14 +90,7 @@ Reference ReadReference(std::string_view text, const KVRCharacter& character) {
     type = prefix->type;
     reference.tag = TagOfPrefix(*prefix);
   }
-  if (const std::size_t colons = name.find("::"); colons != npos) {
-    reference.tag = Trim(name.substr(colons + 2));
-    name = Trim(name.substr(0, colons));
-  }
-  if (EndsWithNoCase(name, " pts")) {
-    reference.tag = "points";
-    name = Trim(name.substr(0, name.size() - 4));
-  }
+  if (tag) reference.tag = *tag;
   if (!name.empty() && type != kNoType) reference.trait = FindTrait(character, name, type);
   return reference;
 }
@@ -124,7 +134,8 @@ std::string OnePrerequisite(clsItem& item, bool highest) {
   std::string found;
   std::vector<SkillDefault> candidates;
   for (const std::string& prerequisite : modSolver::GetPrereqArray(item)) {
-    item.privGetValidExpandedDefaultList(prerequisite, candidates);
+    item.privGetValidExpandedDefaultList(Joined("", modTools::StripQuotesAndBraces(prerequisite), ""),
+                                         candidates);
   }
   for (const SkillDefault& candidate : candidates) {
     DefaultSource source;

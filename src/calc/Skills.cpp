@@ -32,6 +32,14 @@ std::string_view NameInReference(std::string_view text) {
   return Trim(name.substr(0, name.find("::")));
 }
 
+// The points that come to `needed` once they are multiplied.
+Currency PointsBeforeMultiplier(Currency needed, double multiplier) {
+  if (multiplier == 0) return needed;
+  const Currency points = Currency::FromDouble(needed.ToDouble() / multiplier);
+  const bool tooFew = Currency::FromDouble(multiplier * points.ToDouble()) < needed;
+  return tooFew ? points + Currency::FromUnits(1) : points;
+}
+
 // The calculation of one trait; the steps are run in order.
 class SkillCalculation {
  public:
@@ -179,8 +187,7 @@ void SkillCalculation::HoldPointsToLimit() {
   const bool optionOn = item_.Owner->Env().Config.UptoAffectsPoints != 0;
   if (!optionOn || limits_.mostLevel <= 0 || level_ <= limits_.mostLevel) return;
   const SkillScale scale(item_, *type_);
-  spent_ = scale.PointsFor(defaultLevel_, limits_.mostLevel);
-  if (multiplier_ != 0) spent_ = Currency::FromDouble(spent_.ToDouble() / multiplier_);
+  spent_ = PointsBeforeMultiplier(scale.PointsFor(defaultLevel_, limits_.mostLevel), multiplier_);
   if (spent_ < type_->MinCost() && item_.ItemType == kSpells && item_.Owner->AllowHalfPointSpells == 0) {
     spent_ = 1;
   } else if (spent_ <= type_->MinCost()) {
@@ -255,14 +262,6 @@ void FinishSkill(SkillCalculation& calculation, clsItem& item) {
   calculation.StoreRelativeLevel();
   calculation.AddChildren();
   SumConditionals(item);
-}
-
-// The points that come to `needed` once they are multiplied.
-Currency PointsBeforeMultiplier(Currency needed, double multiplier) {
-  if (multiplier == 0) return needed;
-  const Currency points = Currency::FromDouble(needed.ToDouble() / multiplier);
-  const bool tooFew = Currency::FromDouble(multiplier * points.ToDouble()) < needed;
-  return tooFew ? points + Currency::FromUnits(1) : points;
 }
 
 }  // namespace

@@ -78,6 +78,8 @@ TEST(BonusText, Sentences) {
       {"+1 to {SK:Guns (Rifle), SK:Bow}", "1 +1 > {sk:guns (rifle), sk:bow} = 0 level"},
       {"+1 to \"SK:Guns, SK:Bow\"::parry", "1 +1 > \"sk:guns, sk:bow\"::parry = 0 other"},
       {"+1 to \"SK:Guns, SK:Bow::parry\"", "1 +1 > \"sk:guns, sk:bow\"::parry = 0 other"},
+      {"+2 to me pts", "1 +2 > me = -2 points"},
+      {"+2 to owner pts", "1 +2 > owner = -1 points"},
       {"+1 to {SK:Guns} pts", "1 +1 > SK:guns = 6 points"},
       {"+1 to BYTAG:Skills where cat is Lore (Old)::parry",
        "1 +1 > bytag:skills where cat is lore (old)::parry = 0 other"},

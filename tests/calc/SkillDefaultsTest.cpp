@@ -62,6 +62,9 @@ TEST(SkillDefaults, ListOfWhatMayBeUsed) {
        "1~score-\"SK:Sailing\"-3"},
       {"needs(SK:Sailing, SK:Riding, SK:Idle),default(lowprereq-2, IQ-6)", "2~-2; 1~score-6"},
       {"needs(SK:Riding, {SK:Guns (Long-Gun)}, SK:Sailing),default(prereq-2)", "3~-2"},
+      {"needs(SK:Guns (Long-Gun), SK:Sailing),default(prereq-2)", "3~-2"},
+      {"needs(SK:Riding),default(prereqlist::level-3)", "2~level-3"},
+      {"default({SK:Guns (Long-Gun)}::level-3)", "3~level-3"},
       {"needs(SK:Nobody),default(prereq-2, IQ-6)", "1~score-6"},
       {"default(prereqlist-2, IQ-6)", "1~score-6"},
   };
