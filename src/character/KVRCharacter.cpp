@@ -1,6 +1,8 @@
 // A character from its construction to its end: start values, reset, and the small properties.
 #include "character/KVRCharacter.h"
 
+#include "character/FormerState.h"
+
 #include "core/Numbers.h"
 
 namespace kvr {

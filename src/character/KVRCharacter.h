@@ -28,6 +28,7 @@
 namespace kvr {
 
 class clsFileReader;
+class FormerState;  // FormerState.h
 
 class KVRCharacter final : public CalcItem {
  public:
@@ -308,17 +309,30 @@ class KVRCharacter final : public CalcItem {
   // 0 to 4 for the first of the encumbrance stats that isn't below the weight, 5 for none.
   std::int16_t GetEncLevel(Currency weight);
 
-  // --- Needs and taboos (Needs.cpp)
+  // --- Needs and taboos (Needs.cpp, NeedsReport.cpp, AddSpecifiedItems.cpp; the tests: modNeeds.h)
   // -------------------------------------------------------------------------------------------- Sets the
-  // trait's NeedsCheck; true if that changed.
+  // trait's NeedsCheck; true if that changed. With askToAdd what is missing is added, after a choice where
+  // there are several ways; with report a failure is logged.
   bool ItemNeedsCheck(clsItem& item, bool askToAdd, bool report);
+  // Sets TabooFailed and the tag `tabootext`; true if that changed.
   bool ItemTabooCheck(clsItem& item, bool report);
+  // All traits but attributes, until the number of failures settles; then all taboos. The report's lines,
+  // which are shown, or logged if quiet.
+  std::vector<std::string> NeedsCheckAll(bool quiet);
+  std::vector<std::string> NeedsCheckSelected(const std::vector<std::string>& keys);
+  static std::string NeedsListUserFriendly(std::string text);
+  // Adds or raises each trait of a list of needs ("SK:Sword >= 12, AD:Luck"); one that can't be had is
+  // logged.
+  void AddSpecifiedItems(std::string_view neederName, std::string_view text);
+  // While a taboo is checked, mitigated traits count as absent.
+  bool TabooCheckRuns() const { return tabooCheckRuns_; }
   void AddTaboosFromOwner(clsItem& owner);
   void RemoveTaboosFromOwner(clsItem& owner);
   void DisableItemTaboos(clsItem& item);
   void EnableItemTaboos(clsItem& item);
 
-  // --- Template effects (TemplateEffects.cpp)
+  // --- Template effects (TemplateEffects.cpp, TemplateAdds.cpp, TemplateSelect.cpp, TagChanges.cpp, and what
+  // takes them back: ChangeLog.cpp, FormerStates.cpp)
   // ------------------------------------------------------------------------------------
   void HandleSets(clsItem& item);
   void HandleCreates(clsItem& item);
@@ -342,6 +356,16 @@ class KVRCharacter final : public CalcItem {
   void HandleAge(clsItem& item);
   void HandleAppearance(clsItem& item);
   void HandleReversion(std::int32_t sourceKey);
+  // Moves a trait to a value: "12", ">= 12" (raises only), "<= 12" (lowers only), by a tag (points or
+  // another) or, with none, by what its type is bought in. False when it could not be reached.
+  bool SetExistingItemToValue(clsItem& item, std::string_view wanted, std::string_view tag);
+  // The same, whatever it stands at.
+  bool ForceExistingItemToValue(clsItem& item, std::string_view wanted, std::string_view tag);
+  // Library modifiers or definitions with " and " between them.
+  void AddModsFromAndList(clsItem& item, std::string_view list);
+  // To be called before a trait that the running creation did not make is changed, so that a cancel can put
+  // it back. Nothing is noted outside a creation, nor twice.
+  void NoteFormerState(clsItem& item);
   // Adds to the trait's weapon modes what the modifier's `addmode` says.
   void ModAddsNewMode(clsMod& mod);
 
@@ -428,7 +452,9 @@ class KVRCharacter final : public CalcItem {
   // From one parent to another; the new one is left to be calculated.
   void MoveToParent(clsItem& child, clsItem& parent);
 
-  std::vector<Creation> creations_;     // outermost first
+  std::vector<Creation> creations_;                         // outermost first
+  std::vector<std::unique_ptr<FormerState>> formerStates_;  // noted by the outermost creation
+  bool tabooCheckRuns_ = false;
   std::size_t traitsMade_ = 0;          // by the outermost creation and all in it
   std::vector<std::string> newCats_;    // keys of categories that it brought
   std::vector<std::int32_t> removing_;  // traits whose removal is under way

@@ -18,5 +18,15 @@ void KVRCharacter::AddTaboosFromOwner(clsItem& /*owner*/) {}
 void KVRCharacter::RemoveTaboosFromOwner(clsItem& /*owner*/) {}
 void KVRCharacter::DisableItemTaboos(clsItem& /*item*/) {}
 void KVRCharacter::EnableItemTaboos(clsItem& /*item*/) {}
+std::vector<std::string> KVRCharacter::NeedsCheckAll(bool) {
+  return {};
+}
+std::vector<std::string> KVRCharacter::NeedsCheckSelected(const std::vector<std::string>&) {
+  return {};
+}
+std::string KVRCharacter::NeedsListUserFriendly(std::string text) {
+  return text;
+}
+void KVRCharacter::AddSpecifiedItems(std::string_view, std::string_view) {}
 
 }  // namespace kvr

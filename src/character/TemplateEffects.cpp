@@ -32,6 +32,14 @@ void KVRCharacter::HandleAge(clsItem& /*item*/) {}
 void KVRCharacter::HandleAppearance(clsItem& /*item*/) {}
 // There is nothing to take back, since nothing was changed.
 void KVRCharacter::HandleReversion(std::int32_t /*sourceKey*/) {}
+bool KVRCharacter::SetExistingItemToValue(clsItem&, std::string_view, std::string_view) {
+  return false;
+}
+bool KVRCharacter::ForceExistingItemToValue(clsItem&, std::string_view, std::string_view) {
+  return false;
+}
+void KVRCharacter::AddModsFromAndList(clsItem&, std::string_view) {}
+void KVRCharacter::NoteFormerState(clsItem&) {}
 void KVRCharacter::ModAddsNewMode(clsMod& mod) {
   if (clsItem* item = mod.RootOwnerItem()) item->AddNewMode(mod.Tags().Value("addmode"));
 }

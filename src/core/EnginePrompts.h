@@ -108,6 +108,11 @@ class EnginePrompts {
   // Picks a trait from a list (the parent of a child).
   virtual ChoiceAnswer ChooseFromList(std::string_view title, const std::vector<std::string>& items) = 0;
 
+  // The windows on one trait of the current character, by its key text: its modifiers, and its text. True
+  // when cancelled.
+  virtual bool EditMods(std::string_view itemKey) = 0;
+  virtual bool EditItem(std::string_view itemKey) = 0;
+
   // File dialogs; "" when cancelled. The filter has the form "Name|*.ext|Name|*.ext".
   virtual std::string ChooseDataSet(std::string_view presetPath) = 0;
   virtual std::string BrowseForFolder(std::string_view caption) = 0;

@@ -35,6 +35,9 @@ class ScriptedPrompts : public EnginePrompts {
   ConfirmAnswer Confirm(std::string_view title, std::string_view text, bool okayOnly,
                         std::string_view checkButtonText) override;
   ChoiceAnswer ChooseFromList(std::string_view title, const std::vector<std::string>& items) override;
+  // A host without a user has no windows.
+  bool EditMods(std::string_view) override { return true; }
+  bool EditItem(std::string_view) override { return true; }
   std::string ChooseDataSet(std::string_view presetPath) override;
   std::string BrowseForFolder(std::string_view caption) override;
   std::string SaveFileName(std::string_view title, std::string_view preset, std::string_view filter) override;
