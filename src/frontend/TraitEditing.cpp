@@ -13,6 +13,18 @@ bool IsNameTag(std::string_view tag) {
   return EqualNoCase(tag, "name") || EqualNoCase(tag, "nameext");
 }
 
+// The links of a family stand on both sides, so they are made and undone there, never written.
+void SetParent(KVRCharacter& character, const clsItem& item, std::string_view key) {
+  if (Trim(key).empty()) {
+    character.UnmakeChildOf(item.KeyText());
+  } else if (const clsItem* parent = character.ItemByKey(NumberOfKeyText(Trim(key)))) {
+    character.MakeChildOf(item.KeyText(), parent->KeyText());
+  } else {
+    character.Env().log.LogRed("'" + item.FullName() + "' got no parent: there is no trait '" +
+                               std::string(key) + "'.");
+  }
+}
+
 // The records that a trait gives others are made from these texts.
 bool MakesRecords(std::string_view tag) {
   return EqualNoCase(tag, "gives") || EqualNoCase(tag, "conditional") || EqualNoCase(tag, "taboo");
@@ -39,6 +51,11 @@ void Recalculate(KVRCharacter& character, clsItem& item) {
 bool SetTag(clsItem& item, std::string_view tag, std::string_view value) {
   if (!modTags::ParensBalance(value) || !modTags::ParensBalance(tag)) return false;
   KVRCharacter& character = *item.Owner;
+  if (EqualNoCase(tag, "childkeylist")) return true;
+  if (EqualNoCase(tag, "parentkey")) {
+    SetParent(character, item, value);
+    return true;
+  }
   character.ClearTokensForItem(item);
   character.PushRecalcItems(item);  // those who know it by its former text
   if (IsNameTag(tag)) {

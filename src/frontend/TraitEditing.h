@@ -13,7 +13,8 @@ namespace kvr::TraitEditing {
 inline constexpr std::string_view kMismatchedParens =
     "You entered a mismatched number of parenthesis, which is not allowed. Please try again.";
 
-// Writes a tag. False, and nothing changes, when the value's parentheses do not balance.
+// Writes a tag. False, and nothing changes, when the value's parentheses do not balance. Writing `parentkey`
+// moves the trait to that parent, or to none; `childkeylist` is what comes of it, and stays.
 bool SetTag(clsItem& item, std::string_view tag, std::string_view value);
 
 // SetScoreTo.
