@@ -37,6 +37,7 @@ void RemoveRecords(KVRCharacter& character, CalcItem& owner, const RecordKind& k
   GivenRecords* given = owner.Given();
   if (given == nullptr || (given->*kind.given).empty()) return;
   for (clsBonus* record : given->*kind.given) {
+    character.NoteFormerRecord(*record);
     character.PushRecalcBonus(*record);
     (character.*kind.clearLinks)(*record);
   }

@@ -49,6 +49,7 @@ clsMod* KVRCharacter::MakeMod(CalcItem& owner, std::string_view tagList, std::st
                     "' is left out: modifiers on modifiers go too deep.");
     return nullptr;
   }
+  NoteFormerState(*owner.RootOwnerItem());
   auto mod = std::make_unique<clsMod>();
   mod->Owner = &owner;
   // The tag is sought behind a comma.

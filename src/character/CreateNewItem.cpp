@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "calc/modSolver.h"
-#include "character/KVRCharacter.h"
+#include "character/FormerState.h"
 #include "character/ModTree.h"
 #include "character/TechLevel.h"
 #include "character/modDirectives.h"
@@ -36,14 +36,16 @@ class ItemCreation {
   ItemCreation(KVRCharacter& character, ItemType type, std::string_view tagList, std::string_view sysKey,
                std::string_view parentKey)
       : character_(character), type_(type), tagList_(tagList), sysKey_(sysKey), parentKey_(parentKey) {
-    if (character_.creations_.empty()) {
-      character_.traitsMade_ = 0;
-      character_.newCats_.clear();
-    }
+    if (character_.creations_.empty()) character_.traitsMade_ = 0;
     character_.creations_.push_back({sysKey_, 0});
-    mark_ = {character_.LastKey, character_.Dirty, character_.newCats_.size()};
+    character_.formerStates_.push_back(std::make_unique<FormerState>(character_));
   }
-  ~ItemCreation() { character_.creations_.pop_back(); }
+  ~ItemCreation() {
+    character_.creations_.pop_back();
+    const std::unique_ptr<FormerState> former = std::move(character_.formerStates_.back());
+    character_.formerStates_.pop_back();
+    if (!undone_ && !character_.formerStates_.empty()) former->HandOverTo(*character_.formerStates_.back());
+  }
   ItemCreation(const ItemCreation&) = delete;
   ItemCreation& operator=(const ItemCreation&) = delete;
 
@@ -101,17 +103,18 @@ class ItemCreation {
   void End(std::int32_t result);
   // Nothing was made: the character goes back to what it was.
   void Cancel();
+  void Undo();
 
   KVRCharacter& character_;
   const ItemType type_;
   std::string tagList_;
   const std::string sysKey_, parentKey_;
-  KVRCharacter::CreationMark mark_;
   std::unique_ptr<clsItem> unplaced_;  // until it is on the character
   clsItem* item_ = nullptr;
   std::int32_t id_ = 0;
   bool placed_ = false;
   bool ended_ = false;
+  bool undone_ = false;
   std::int32_t result_ = 0;
   int selections_ = 0;
   std::vector<std::int32_t> added_, existing_;  // by all selections
@@ -179,7 +182,7 @@ std::int32_t ItemCreation::Run() {
       }
     }
   } catch (const SolverFailure&) {
-    if (placed_) character_.UndoCreation(mark_);
+    Undo();
     throw;
   }
   return result_;
@@ -191,8 +194,13 @@ void ItemCreation::End(std::int32_t result) {
 }
 
 void ItemCreation::Cancel() {
-  if (placed_) character_.UndoCreation(mark_);
+  Undo();
   End(0);
+}
+
+void ItemCreation::Undo() {
+  if (placed_) character_.formerStates_.back()->Restore();
+  undone_ = true;
 }
 
 void ItemCreation::RunSpecialDirectives() {
@@ -382,7 +390,10 @@ void ItemCreation::RunEdit() {
 void ItemCreation::CheckNeedsOfComponents() {
   const bool askToAdd = character_.Env().Config.AutoAddNeeds != 0;
   for (std::int32_t id : NumbersIn(item_->TagItem("pkids"))) {
-    if (clsItem* component = character_.ItemByKey(id)) character_.ItemNeedsCheck(*component, askToAdd, true);
+    if (clsItem* component = character_.ItemByKey(id)) {
+      character_.NoteFormerState(*component);
+      character_.ItemNeedsCheck(*component, askToAdd, true);
+    }
     if (!IsOnCharacter()) return;
   }
 }
@@ -451,42 +462,6 @@ bool KVRCharacter::MayCreate(ItemType type, std::string_view sysKey, std::string
   return true;
 }
 
-// The modifiers that are newer than the key, each without those that it carries.
-std::vector<clsMod*> KVRCharacter::ModsSince(std::int32_t lastKey) {
-  std::vector<clsMod*> since;
-  for (clsItem& item : Items) {
-    for (clsMod* mod : AllModsOf(item)) {
-      const auto* carrier = dynamic_cast<const clsMod*>(mod->Owner);
-      if (mod->IDKey > lastKey && !(carrier && carrier->IDKey > lastKey)) since.push_back(mod);
-    }
-  }
-  return since;
-}
-
-// Takes away whatever has come since: the trait itself, what it brought, and their modifiers on other traits.
-void KVRCharacter::UndoCreation(const CreationMark& mark) {
-  // A failure of a formula has been logged; what it was met in is off the character all the same.
-  const auto quietly = [](auto&& removal) {
-    try {
-      removal();
-    } catch (const SolverFailure&) {
-    }
-  };
-  std::vector<std::int32_t> made;
-  for (const clsItem& item : Items) {
-    if (item.IDKey > mark.lastKey) made.push_back(item.IDKey);
-  }
-  std::sort(made.begin(), made.end());
-  for (std::int32_t id : made) quietly([&] { RemoveItem(KeyTextOf(id)); });
-  for (const clsMod* mod : ModsSince(mark.lastKey)) {
-    quietly([&] { RemoveMod(*mod->Owner, KeyTextOf(mod->IDKey)); });
-  }
-  for (; newCats_.size() > mark.newCats; newCats_.pop_back()) Cats.Remove(newCats_.back());
-  LastKey = mark.lastKey;
-  Dirty = mark.dirty;
-  env_.events.RefreshLists();
-}
-
 void KVRCharacter::CheckForNewCats(std::string_view list, ItemType type) {
   modNewParser::ForEachToken(list, ',', modNewParser::kPlain, [&](std::string_view entry) {
     const std::string name(Trim(entry));
@@ -494,7 +469,7 @@ void KVRCharacter::CheckForNewCats(std::string_view list, ItemType type) {
     const clsCategory category{name, "", type};
     const std::string key = clsSortedCatCollection::KeyOf(category);
     if (Cats.Add(std::make_unique<clsCategory>(category), key)) {
-      if (!creations_.empty()) newCats_.push_back(key);
+      if (!formerStates_.empty()) formerStates_.back()->NoteNewCat(key);
       env_.log.LogLine("cat '" + name + "' ADDED.");
     } else {
       env_.log.LogLine("cat '" + name + "' already existed.");

@@ -363,9 +363,11 @@ class KVRCharacter final : public CalcItem {
   bool ForceExistingItemToValue(clsItem& item, std::string_view wanted, std::string_view tag);
   // Library modifiers or definitions with " and " between them.
   void AddModsFromAndList(clsItem& item, std::string_view list);
-  // To be called before a trait that the running creation did not make is changed, so that a cancel can put
-  // it back. Nothing is noted outside a creation, nor twice.
+  // To be called before a trait, a record or the character's own texts change, so that a cancelled creation
+  // can put them back. Nothing is noted outside a creation, nor twice, nor what the creation itself made.
   void NoteFormerState(clsItem& item);
+  void NoteFormerRecord(const clsBonus& record);  // that is about to be dropped
+  void NoteFormerTexts();                         // race, body and the like
   // Adds to the trait's weapon modes what the modifier's `addmode` says.
   void ModAddsNewMode(clsMod& mod);
 
@@ -423,19 +425,13 @@ class KVRCharacter final : public CalcItem {
     std::string sysKey;
     std::int32_t id = 0;
   };
-  // What a cancelled creation goes back to.
-  struct CreationMark {
-    std::int32_t lastKey = 0;
-    bool dirty = false;
-    std::size_t newCats = 0;
-  };
   friend class ItemCreation;  // CreateNewItem.cpp
   friend class ItemRemoval;   // RemoveItem.cpp
+  friend class FormerState;   // FormerState.h
+  friend class TraitBringer;  // TemplateAdds.cpp
 
   bool KeysAreLeft();
   bool MayCreate(ItemType type, std::string_view sysKey, std::string_view tagList);
-  std::vector<clsMod*> ModsSince(std::int32_t lastKey);
-  void UndoCreation(const CreationMark& mark);
   bool RemovalTakesUnfinished(const clsItem& item) const;
   // CreateNewMod without the recalculation; nullptr when it was cancelled or refused.
   clsMod* MakeMod(CalcItem& owner, std::string_view tagList, std::string_view group);
@@ -452,11 +448,20 @@ class KVRCharacter final : public CalcItem {
   // From one parent to another; the new one is left to be calculated.
   void MoveToParent(clsItem& child, clsItem& parent);
 
+  // What several of the template effects share.
+  void RecordChange(std::string_view op, std::int32_t target, std::int32_t source, std::string_view tag,
+                    std::string_view oldValue, std::string_view newValue);
+  void ChangeOwnText(clsItem& source, std::string_view sourceTag, std::string_view ownTag);
+  void ChangeTagsOfOthers(clsItem& source, std::string_view effect);
+  void RestoreChange(const clsChangeItem& change);
+  void SpreadTagChange(clsItem& item, bool remakeRecords);
+  void MoveModsByList(clsItem& item, bool add);
+  bool MoveToValue(clsItem& item, std::string_view wanted, std::string_view tag, bool always);
+
   std::vector<Creation> creations_;                         // outermost first
-  std::vector<std::unique_ptr<FormerState>> formerStates_;  // noted by the outermost creation
+  std::vector<std::unique_ptr<FormerState>> formerStates_;  // one for each of them
   bool tabooCheckRuns_ = false;
   std::size_t traitsMade_ = 0;          // by the outermost creation and all in it
-  std::vector<std::string> newCats_;    // keys of categories that it brought
   std::vector<std::int32_t> removing_;  // traits whose removal is under way
   // One run through the queue.
   class TrickleScope {

@@ -39,7 +39,6 @@ bool KVRCharacter::ForceExistingItemToValue(clsItem&, std::string_view, std::str
   return false;
 }
 void KVRCharacter::AddModsFromAndList(clsItem&, std::string_view) {}
-void KVRCharacter::NoteFormerState(clsItem&) {}
 void KVRCharacter::ModAddsNewMode(clsMod& mod) {
   if (clsItem* item = mod.RootOwnerItem()) item->AddNewMode(mod.Tags().Value("addmode"));
 }
