@@ -5,6 +5,7 @@
 #include <array>
 
 #include "calc/ModeLists.h"
+#include "calc/modSolver.h"
 #include "character/SolvedTags.h"
 #include "core/Text.h"
 #include "core/modTags.h"
@@ -169,6 +170,22 @@ void Append(std::string& text, Currency value) {
 void Append(std::string& text, Signed part) {
   if (part.value >= 0) text += '+';
   text += NumberText(part.value);
+}
+
+double SolvedStep(CalcItem& context, std::string_view label, std::string_view formula) {
+  if (formula.empty()) return 0;
+  Step step(context, label);
+  return step.Is(modSolver::Solver(formula, context));
+}
+
+std::string Written(const clsItem& item, std::initializer_list<std::string_view> tags) {
+  std::string written;
+  for (std::string_view tag : tags) {
+    if (item.FreeTagIsEmpty(tag)) continue;
+    if (!written.empty()) written += ", ";
+    written.append(tag).append("(").append(item.FreeTag(tag)).append(")");
+  }
+  return written;
 }
 
 }  // namespace explain

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <concepts>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,7 +46,7 @@ class CalcRecord {
   void Close(bool needsDetail);
   void Add(Line line);
   Line& Current() { return open_.back(); }
-  // The lines of all former sections for the tag, copied below the current line.
+  // Copies the lines of all former sections for the tag below the current line.
   void Repeat(std::string_view tag);
 
  private:
@@ -112,8 +113,7 @@ inline CalcRecord* RecordOf(CalcRecord* record) {
 template <class Where, class... Parts>
 void Note(Where& where, const Parts&... parts) {
   CalcRecord* record = RecordOf(where);
-  if (record == nullptr || !record->Listens()) [[likely]]
-    return;
+  if (record == nullptr || !record->Listens()) return;
   record->Add({Text(parts...), "", "", {}});
 }
 
@@ -122,27 +122,32 @@ class Section {
  public:
   template <class Subject>
   Section(Subject& subject, std::string_view tags) : record_(RecordOf(subject)), subject_(subject) {
-    if (record_ != nullptr) [[unlikely]]
-      record_->OpenSection(subject_, tags);
+    if (record_ != nullptr) record_->OpenSection(subject_, tags);
   }
-  ~Section() {
-    if (record_ != nullptr) [[unlikely]]
-      record_->CloseSection();
-  }
+  ~Section() { End(); }
   Section(const Section&) = delete;
   Section& operator=(const Section&) = delete;
   // From here on other tags.
   void Now(std::string_view tags) {
-    if (record_ == nullptr) [[likely]]
-      return;
+    if (record_ == nullptr) return;
     record_->CloseSection();
     record_->OpenSection(subject_, tags);
+  }
+  void End() {
+    if (record_ != nullptr) record_->CloseSection();
+    record_ = nullptr;
   }
 
  private:
   CalcRecord* record_;
   const CalcItem& subject_;
 };
+
+// Notes a number that rounding made another one.
+template <class Where>
+void NoteRounded(Where& where, double before, double after) {
+  if (before != after) Note(where, "rounded to ", after);
+}
 
 enum class Detail { Optional, Needed };
 
@@ -151,15 +156,14 @@ class Step {
  public:
   template <class Where, class... Parts>
   explicit Step(Where& where, const Parts&... parts) : record_(RecordOf(where)) {
-    if (record_ == nullptr || !record_->Listens()) [[likely]] {
+    if (record_ == nullptr || !record_->Listens()) {
       record_ = nullptr;
       return;
     }
     record_->Open({Text(parts...), "", "", {}});
   }
   ~Step() {
-    if (record_ != nullptr) [[unlikely]]
-      record_->Close(detail_ == Detail::Needed);
+    if (record_ != nullptr) record_->Close(detail_ == Detail::Needed);
   }
   Step(const Step&) = delete;
   Step& operator=(const Step&) = delete;
@@ -172,24 +176,31 @@ class Step {
   // The result, which is handed on.
   template <class Value>
   Value Is(Value value) {
-    if (record_ != nullptr) [[unlikely]]
-      record_->Current().result = Text(value);
+    if (record_ != nullptr) record_->Current().result = Text(value);
     return value;
   }
   template <class... Parts>
   void Named(const Parts&... parts) {
-    if (record_ != nullptr) [[unlikely]]
-      record_->Current().text = Text(parts...);
+    if (record_ != nullptr) record_->Current().text = Text(parts...);
   }
   void Formula(std::string_view formula) {
-    if (record_ != nullptr) [[unlikely]]
-      record_->Current().formula = formula;
+    if (record_ != nullptr) record_->Current().formula = formula;
+  }
+  // The lines of all former sections for the tag stand below this one too.
+  void Repeat(std::string_view tag) {
+    if (record_ != nullptr) record_->Repeat(tag);
   }
 
  private:
   CalcRecord* record_;
   Detail detail_ = Detail::Optional;
 };
+
+// A formula solved in a context, as a line of its own. An empty one, which is 0, leaves no line.
+double SolvedStep(CalcItem& context, std::string_view label, std::string_view formula);
+
+// "upto(20), control_upto(18)": the tags that the trait has, as they are written.
+std::string Written(const clsItem& item, std::initializer_list<std::string_view> tags);
 
 }  // namespace explain
 
