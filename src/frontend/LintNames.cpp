@@ -1,0 +1,121 @@
+// What references can lead to: the library's names, and those of traits that other traits make.
+#include "core/Text.h"
+#include "core/modNewParser.h"
+#include "core/modTags.h"
+#include "core/modTools.h"
+#include "frontend/LintChecks.h"
+
+namespace kvr::Lint {
+namespace {
+
+std::string TypedKey(ItemType type, std::string_view name) {
+  return std::to_string(type) + LCase(name);
+}
+
+}  // namespace
+
+KnownNames::KnownNames(const KVRSystem& system) : system_(system) {
+  for (const clsSystemItem& item : system.Items) AddItem(item);
+  for (const clsCategory& category : system.Cats) {
+    categories_.insert(LCase(category.Name));
+    if (!category.Code.empty()) categories_.insert(LCase(category.Code));
+  }
+  for (const clsRefItem& member : system.Groups) groups_.insert(LCase(member.Group));
+  for (const ModRecord& mod : system.Mods) mods_.insert(mod.LCaseFullName());
+}
+
+void KnownNames::AddItem(const clsSystemItem& item) {
+  if (item.ItemType == kStats) symbols_.insert(LCase(item.GetTagItem("symbol")));
+  if (const std::string_view group = item.GetTagItem("group"); !group.empty()) groups_.insert(LCase(group));
+  if (IsUnsettled(item.NameExt())) chosen_.insert(TypedKey(item.ItemType, item.Name()));
+  modNewParser::ForEachToken(
+      item.GetTagItem("creates"), ',', modNewParser::kNames, [&](std::string_view text) {
+        const EffectEntry entry = ReadEffectEntry(text);
+        const std::string tags = "," + TagsOfCreated(entry);
+        const std::string_view name = modTags::GetTagValue("name", tags);
+        traits_.insert(
+            TypedKey(entry.type, modPrefixes::JoinNameAndExt(name, modTags::GetTagValue("nameext", tags))));
+        anyOf_.insert(TypedKey(entry.type, name));
+      });
+}
+
+bool KnownNames::Holds(const Names& names, std::string_view name) {
+  return names.contains(LCase(name));
+}
+
+bool KnownNames::HasTrait(ItemType type, std::string_view fullName) const {
+  if (system_.FindItem(fullName, type)) return true;
+  if (type == kNoType) {
+    for (ItemType each = kFirstType; each <= kLastType; ++each)
+      if (HasTrait(each, fullName)) return true;
+    return false;
+  }
+  return traits_.contains(TypedKey(type, fullName)) ||
+         chosen_.contains(TypedKey(type, modPrefixes::SplitNameAndExt(fullName).name));
+}
+
+bool KnownNames::HasAnyOf(ItemType type, std::string_view name) const {
+  return !system_.GetAllItems(name, type).empty() || anyOf_.contains(TypedKey(type, name));
+}
+
+bool KnownNames::HasStat(std::string_view name) const {
+  return HasTrait(kStats, name) || (!name.empty() && Holds(symbols_, name));
+}
+
+bool KnownNames::HasMod(std::string_view group, std::string_view fullName) const {
+  return group.empty() ? Holds(mods_, fullName) : system_.FindMod(fullName, group) != nullptr;
+}
+
+bool IsUnsettled(std::string_view text) {
+  if (text.find('#') != npos) return true;
+  for (std::size_t at = text.find('%'); at != npos; at = text.find('%', at + 1)) {
+    const std::string_view behind = text.substr(at + 1);
+    if (!StartsWithNoCase(behind, "level") && !StartsWithNoCase(behind, "count")) return true;
+  }
+  return false;
+}
+
+std::string_view BeforeOperator(std::string_view text) {
+  modNewParser::NestingLevels levels(modNewParser::kNames);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool isOperator = text[i] == '<' || text[i] == '>' || text[i] == '=';
+    if (levels.Step(text[i]) && isOperator) return Trim(text.substr(0, i));
+  }
+  return Trim(text);
+}
+
+EffectEntry ReadEffectEntry(std::string_view text) {
+  std::string entry(modTools::StripQuotesAndBraces(text));
+  for (std::string_view mark : {"#donotown", "#noneeds"}) modTools::ReplaceAll(entry, mark, "");
+  for (std::string_view word : {" respond ", " input "})
+    entry.resize(std::min(entry.size(), modNewParser::FindWordTopLevel(entry, word, modNewParser::kNames)));
+  EffectEntry read;
+  constexpr std::string_view kWith = " with ";
+  if (const std::size_t with = modNewParser::FindWordTopLevel(entry, kWith, modNewParser::kNames);
+      with != npos) {
+    read.with = Trim(std::string_view(entry).substr(with + kWith.size()));
+    entry.resize(with);
+  }
+  const std::string_view left = modTools::StripQuotesAndBraces(BeforeOperator(entry));
+  const modPrefixes::Reference reference = modPrefixes::ExtractPrefix(left);
+  read.type = modPrefixes::TypeFromPrefix(reference.prefix);
+  read.name = modTools::StripQuotesAndBraces(reference.rest);
+  return read;
+}
+
+std::string TagsOfCreated(const EffectEntry& entry) {
+  switch (entry.type) {
+    case kStats:
+      return KVRSystem::ReturnStatItem(entry.name);
+    case kSkills:
+      return KVRSystem::ReturnSkillItem(entry.name);
+    case kSpells:
+      return KVRSystem::ReturnSpellItem(entry.name);
+    case kEquipment:
+      return KVRSystem::ReturnEquipmentItem(entry.name);
+    default:
+      return KVRSystem::ReturnAdItem(entry.name);
+  }
+}
+
+}  // namespace kvr::Lint
