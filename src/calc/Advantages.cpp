@@ -19,14 +19,14 @@ struct LevelLimits {
 };
 
 std::int16_t SolvedTag(clsItem& item, std::string_view tag) {
-  return CInt(explain::SolvedStep(item, tag, item.FreeTag(tag)));
+  return CInt(explain::SolvedStep(item, tag, item.FreeTag(tag), explain::Detail::Needed));
 }
 
 LevelLimits ReadLimits(clsItem& item) {
   LevelLimits limits;
   LimitText upto = ReadLimit(item.FreeTag("upto"));
   limits.limiting = upto.limiting;
-  limits.upto = CInt(explain::SolvedStep(item, "upto", upto.formula));
+  limits.upto = CInt(explain::SolvedStep(item, "upto", upto.formula, explain::Detail::Needed));
   std::int16_t control = SolvedTag(item, "control_upto");
   if (control > 0 && (limits.upto <= 0 || control < limits.upto)) limits.upto = control;
   limits.downto = SolvedTag(item, "downto");

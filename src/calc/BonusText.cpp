@@ -159,10 +159,11 @@ double Scaled(double value, std::int16_t type, double scale) {
   return type == 2 ? std::pow(value, scale) : value;
 }
 
-double SolvedValue(const clsBonus& record) {
+double SolvedValue(clsBonus& record) {
   CalcItem& owner = *record.Owner;
   double value = Scaled(modSolver::Solver(record.Bonus, owner), record.BonusType, ScaleOf(owner));
   const double upto = record.Upto.empty() ? 0 : modSolver::Solver(record.Upto, owner);
+  record.ValueBeforeUpto = value;
   if (upto != 0 && value > upto) value = upto;
   if (!std::isfinite(value)) throw SolverFailure("it is beyond all numbers");
   return value;

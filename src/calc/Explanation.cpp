@@ -24,13 +24,24 @@ bool IsSameFormula(std::string_view a, std::string_view b) {
   return modTools::StripQuotesAndBraces(a) == modTools::StripQuotesAndBraces(b);
 }
 
+// Without the blanks that numbers bring along when they are put in: "12-5" for "12- 5".
+std::string Tidied(std::string_view formula) {
+  const auto isMark = [](char c) { return std::string_view("(+-*/,<>=^").find(c) != npos; };
+  std::string tidy;
+  for (std::size_t i = 0; i < formula.size(); ++i) {
+    const bool isBehindMark = i >= 2 && isMark(formula[i - 1]) && formula[i - 2] != ' ';
+    if (formula[i] != ' ' || !isBehindMark) tidy += formula[i];
+  }
+  return tidy;
+}
+
 // What one line says twice is said once: a formula that is nothing but one reference, and a result that is a
 // formula's.
 void TakeInOnlyLine(CalcRecord::Line& line) {
   if (line.below.size() != 1 || !IsFormulaLine(line.below[0])) return;
   CalcRecord::Line only = std::move(line.below[0]);
-  const bool isRepeated = IsFormulaLine(line) && IsSameFormula(line.formula, only.formula);
-  const bool isResult = !IsFormulaLine(line) && line.formula.empty() && line.result == only.result;
+  const bool isRepeated = IsSameFormula(line.formula, only.formula);
+  const bool isResult = line.formula.empty() && line.result == only.result;
   if (isResult) line.formula = std::move(only.formula);
   if (isRepeated || isResult) {
     line.below = std::move(only.below);
@@ -87,7 +98,9 @@ std::string_view ResultTag(const clsItem& item, std::string_view tag) {
   return tag;
 }
 
-std::vector<std::string> WithHead(std::string head, std::vector<std::string> lines) {
+std::vector<std::string> WithHead(std::string head, const std::string& value,
+                                  std::vector<std::string> lines) {
+  if (!value.empty()) head += ": " + value;
   if (lines.empty()) lines.emplace_back("  nothing is calculated for this tag; it stands as it was written");
   lines.insert(lines.begin(), std::move(head));
   return lines;
@@ -139,7 +152,9 @@ void CalcRecord::Close(bool needsDetail) {
   open_.pop_back();
   if (needsDetail && line.below.empty()) return;
   if (IsFormulaLine(line) && IsNumeric(line.formula)) return;
+  line.formula = Tidied(line.formula);
   TakeInOnlyLine(line);
+  if (!IsFormulaLine(line) && line.formula == line.result) line.formula.clear();
   Add(std::move(line));
 }
 
@@ -172,9 +187,10 @@ void Append(std::string& text, Signed part) {
   text += NumberText(part.value);
 }
 
-double SolvedStep(CalcItem& context, std::string_view label, std::string_view formula) {
+double SolvedStep(CalcItem& context, std::string_view label, std::string_view formula, Detail detail) {
   if (formula.empty()) return 0;
   Step step(context, label);
+  if (detail == Detail::Needed) step.NeedsDetail();
   return step.Is(modSolver::Solver(formula, context));
 }
 
@@ -199,7 +215,7 @@ std::vector<std::string> ExplainTag(clsItem& item, std::string_view tag) {
     explain::Section section(item, wanted);
     if (IsSolvedTag(wanted)) item.TagItem(wanted);
   }
-  return WithHead(wanted + " of " + item.FullName() + ": " + item.TagItem(ResultTag(item, wanted)),
+  return WithHead(wanted + " of " + item.FullName(), item.TagItem(ResultTag(item, wanted)),
                   record.LinesFor(wanted));
 }
 
@@ -214,8 +230,7 @@ std::vector<std::string> ExplainTag(KVRCharacter& character, std::string_view ta
     explain::Section section(character, wanted);
     if (IsSolvedTag(wanted)) character.TagItem(wanted);
   }
-  return WithHead(wanted + " of " + character.Name + ": " + character.TagItem(wanted),
-                  record.LinesFor(wanted));
+  return WithHead(wanted + " of " + character.Name, character.TagItem(wanted), record.LinesFor(wanted));
 }
 
 }  // namespace kvr

@@ -196,8 +196,10 @@ class Step {
   Detail detail_ = Detail::Optional;
 };
 
-// A formula solved in a context, as a line of its own. An empty one, which is 0, leaves no line.
-double SolvedStep(CalcItem& context, std::string_view label, std::string_view formula);
+// A formula solved in a context, as a line of its own. An empty one, which is 0, leaves no line, nor does a
+// plain number where detail is needed.
+double SolvedStep(CalcItem& context, std::string_view label, std::string_view formula,
+                  Detail detail = Detail::Optional);
 
 // "upto(20), control_upto(18)": the tags that the trait has, as they are written.
 std::string Written(const clsItem& item, std::initializer_list<std::string_view> tags);

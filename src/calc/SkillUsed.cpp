@@ -64,7 +64,8 @@ void WeaponTags::CalcSkillUsed() {
     explain::Step step(item_, [&] { return ModeName(i + 1); });
     const SkillUsed skill = SkillFor(i < lists.size() ? lists[i] : std::string_view());
     if (skill.trait == nullptr) continue;
-    names[i] = step.Is(skill.trait->FullName());
+    names[i] = skill.trait->FullName();
+    explain::Note(item_, "used: ", names[i], " at ", skill.level);
     scores[i] = NumberText(WithBonus(skill.level, scoreBonus));
     parries[i] = ParryScore(skill, i + 1, parryBonus);
   }
@@ -117,10 +118,10 @@ WeaponTags::SkillUsed WeaponTags::SkillOfEntry(std::string_view entry) {
 
 std::string WeaponTags::ParryScore(const SkillUsed& skill, std::size_t mode, const TagBonus& bonus) {
   const std::string parry = Value(RowOf(kParryTag), mode);
+  explain::Note(item_, "parry of the weapon: ", parry);
   if (!ScanDecimal(parry, Gaps::None).found || skill.trait->FreeTagIsEmpty("parryat")) return "";
   explain::Step step(item_, "parry with it");
   const double own = skill.trait->DefenceAtLevel("parryat", skill.level);
-  if (Val(parry) != 0) explain::Note(item_, "parry of the weapon: ", explain::Signed{Val(parry)});
   return step.Is(NumberText(WithBonus(own + Val(parry), bonus)));
 }
 

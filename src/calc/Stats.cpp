@@ -24,10 +24,10 @@ StatLimits ReadLimits(clsItem& stat) {
   StatLimits limits;
   LimitText max = ReadLimit(stat.FreeTag("maxscore"));
   limits.limiting = max.limiting;
-  limits.max = explain::SolvedStep(stat, "highest score", max.formula);
+  limits.max = explain::SolvedStep(stat, "highest score", max.formula, explain::Detail::Needed);
   std::string_view min = stat.FreeTag("minscore");
   limits.hasMin = !min.empty();
-  limits.min = explain::SolvedStep(stat, "lowest score", min);
+  limits.min = explain::SolvedStep(stat, "lowest score", min, explain::Detail::Needed);
   std::string_view frozen = stat.FreeTag("frozenlevel");
   limits.frozen = !frozen.empty();
   limits.frozenLevel = CLngClamped(Val(frozen));
@@ -85,7 +85,7 @@ void clsItem::privCalcStatItem() {
   explain::Section section(*this, "score,basescore");
   double baseValue = explain::SolvedStep(*this, "starts at", FreeTag("basevalue"));
   section.Now("score,level,basescore,points");
-  double step = explain::SolvedStep(*this, "a level is", FreeTag("step"));
+  double step = explain::SolvedStep(*this, "a level is", FreeTag("step"), explain::Detail::Needed);
   section.Now("score,syslevels");
   double sys = CalcApplicableSysBonus();
   WriteTag(*this, "syslevels", NumberText(sys));
@@ -96,7 +96,7 @@ void clsItem::privCalcStatItem() {
   if (step != 0) {
     level = LimitedLevel(*this, step, baseValue, bonuses, limits);
     base = level * step + baseValue;
-    explain::Note(*this, "levels bought: ", level);
+    explain::Note(*this, level, " levels of ", step, ": ", explain::Signed{base - baseValue});
   }
   section.Now("score");
   double score = RoundScore(Finite(base + bonuses), RoundMode(*this));

@@ -116,6 +116,7 @@ void WeaponTags::CalcRow(std::size_t row) {
   for (std::size_t mode = 1; mode <= modes; ++mode) {
     explain::Step step(item_, [&] { return ModeName(mode); });
     values.push_back(step.Is(Value(row, mode)));
+    if (mode <= State(row).values.size()) step.Formula(State(row).values[mode - 1]);
   }
   WriteOrDeleteTag(item_, kTable[row].target, modeLists::Joined(values));
 }
@@ -181,7 +182,6 @@ std::string WeaponTags::WorkedOut(std::size_t row, std::size_t mode) {
   } else {
     if (mode > state.values.size() || state.values[mode - 1].empty()) return "";
     text = state.values[mode - 1];
-    explain::Note(item_, "written: ", text);
     const bool readsOwnMode = SubstituteOwnMode(text, mode);
     if (row == kDamageRow) {
       modMain::DamageRules rules = RulesOfDamage(mode);

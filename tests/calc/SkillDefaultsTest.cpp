@@ -138,6 +138,22 @@ TEST(SkillDefaults, AnotherTechLevel) {
   }
 }
 
+// A name may hold the tech level, as may those of its specialties.
+TEST(SkillDefaults, ATechLevelInTheName) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"name(Engines/TL4)", "name(Engines)"},
+      {"name(Engines/TL3+1)", "name(Engines)"},
+      {"name(Engines/TL3^),nameext(Steam)", "name(Engines),nameext(Steam)"}};
+  for (const auto& [own, other] : cases) {
+    SkillWorld world;
+    world.Put(kSkills, std::string(other) + ",type(IQ/E),tl(3)").SetBasePoints(4);
+    clsItem& skill = world.Put(kSkills, std::string(own) + ",type(IQ/E),tl(3)");
+    world.CalculateAll();
+    EXPECT_EQ(skill.TagItem("deflevel"), "13") << own;
+    EXPECT_EQ(skill.Level(), 13) << own;
+  }
+}
+
 TEST(SkillDefaults, CirclesAreCut) {
   SkillWorld world;
   clsItem& a = world.Put(kSkills, "name(Alpha),type(IQ/E),default(SK:Beta-1)");
