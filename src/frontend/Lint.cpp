@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <map>
 
+#include "character/TemplateEntries.h"
 #include "core/Text.h"
 #include "core/clsFileReader.h"
 #include "core/modNewParser.h"
@@ -82,18 +83,18 @@ std::string ShownName(const clsSystemItem& item) {
 using Brought = std::vector<const clsSystemItem*>;
 
 void AddBrought(const KVRSystem& system, std::string_view adds, std::string_view creates, Brought& brought) {
-  modNewParser::ForEachToken(adds, ',', modNewParser::kNames, [&](std::string_view text) {
+  for (std::string_view text : templateEntries::Split(adds)) {
     const EffectEntry entry = ReadEffectEntry(text);
     const clsSystemItem* item = system.FindItem(entry.name, entry.type);
     if (!item) item = system.FindItem(modPrefixes::SplitNameAndExt(entry.name).name, entry.type);
     if (item && entry.type != kNoType) brought.push_back(item);
-  });
+  }
   // What is made here can add in its turn, and make no more than its own text holds.
-  modNewParser::ForEachToken(creates, ',', modNewParser::kNames, [&](std::string_view text) {
+  for (std::string_view text : templateEntries::Split(creates)) {
     const std::string tags = "," + TagsOfCreated(ReadEffectEntry(text));
     const std::string inner(modTags::GetTagValue("adds", tags));
     if (!inner.empty()) AddBrought(system, inner, modTags::GetTagValue("creates", tags), brought);
-  });
+  }
 }
 
 Brought WhatComesOf(const KVRSystem& system, const clsSystemItem& item) {

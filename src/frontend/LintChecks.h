@@ -31,6 +31,7 @@ class KnownNames {
   using Names = std::unordered_set<std::string>;  // lower-cased
   static bool Holds(const Names& names, std::string_view name);
   void AddItem(const clsSystemItem& item);
+  void AddCreated(std::string_view text);
 
   const KVRSystem& system_;
   Names traits_;  // type and full name, of traits that others create
@@ -64,10 +65,6 @@ void CheckCreates(const Check& check, std::string_view entries);
 
 // True for a text that only adding the trait completes: it holds a directive or a variable ("%choice%").
 bool IsUnsettled(std::string_view text);
-
-// The trimmed left side of "left >= right"; without an operator outside quotes, parentheses and braces the
-// whole.
-std::string_view BeforeOperator(std::string_view text);
 
 // One entry of `adds`, `creates` or `sets`.
 struct EffectEntry {

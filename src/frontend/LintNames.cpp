@@ -1,8 +1,7 @@
 // What references can lead to: the library's names, and those of traits that other traits make.
+#include "character/TemplateEntries.h"
 #include "core/Text.h"
-#include "core/modNewParser.h"
 #include "core/modTags.h"
-#include "core/modTools.h"
 #include "frontend/LintChecks.h"
 
 namespace kvr::Lint {
@@ -28,15 +27,16 @@ void KnownNames::AddItem(const clsSystemItem& item) {
   if (item.ItemType == kStats) symbols_.insert(LCase(item.GetTagItem("symbol")));
   if (const std::string_view group = item.GetTagItem("group"); !group.empty()) groups_.insert(LCase(group));
   if (IsUnsettled(item.NameExt())) chosen_.insert(TypedKey(item.ItemType, item.Name()));
-  modNewParser::ForEachToken(
-      item.GetTagItem("creates"), ',', modNewParser::kNames, [&](std::string_view text) {
-        const EffectEntry entry = ReadEffectEntry(text);
-        const std::string tags = "," + TagsOfCreated(entry);
-        const std::string_view name = modTags::GetTagValue("name", tags);
-        traits_.insert(
-            TypedKey(entry.type, modPrefixes::JoinNameAndExt(name, modTags::GetTagValue("nameext", tags))));
-        anyOf_.insert(TypedKey(entry.type, name));
-      });
+  for (std::string_view text : templateEntries::Split(item.GetTagItem("creates"))) AddCreated(text);
+}
+
+void KnownNames::AddCreated(std::string_view text) {
+  const EffectEntry entry = ReadEffectEntry(text);
+  const std::string tags = "," + TagsOfCreated(entry);
+  const std::string_view name = modTags::GetTagValue("name", tags);
+  const std::string_view ext = modTags::GetTagValue("nameext", tags);
+  traits_.insert(TypedKey(entry.type, modPrefixes::JoinNameAndExt(name, ext)));
+  anyOf_.insert(TypedKey(entry.type, name));
 }
 
 bool KnownNames::Holds(const Names& names, std::string_view name) {
@@ -75,32 +75,10 @@ bool IsUnsettled(std::string_view text) {
   return false;
 }
 
-std::string_view BeforeOperator(std::string_view text) {
-  modNewParser::NestingLevels levels(modNewParser::kNames);
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool isOperator = text[i] == '<' || text[i] == '>' || text[i] == '=';
-    if (levels.Step(text[i]) && isOperator) return Trim(text.substr(0, i));
-  }
-  return Trim(text);
-}
-
 EffectEntry ReadEffectEntry(std::string_view text) {
-  std::string entry(modTools::StripQuotesAndBraces(text));
-  for (std::string_view mark : {"#donotown", "#noneeds"}) modTools::ReplaceAll(entry, mark, "");
-  for (std::string_view word : {" respond ", " input "})
-    entry.resize(std::min(entry.size(), modNewParser::FindWordTopLevel(entry, word, modNewParser::kNames)));
-  EffectEntry read;
-  constexpr std::string_view kWith = " with ";
-  if (const std::size_t with = modNewParser::FindWordTopLevel(entry, kWith, modNewParser::kNames);
-      with != npos) {
-    read.with = Trim(std::string_view(entry).substr(with + kWith.size()));
-    entry.resize(with);
-  }
-  const std::string_view left = modTools::StripQuotesAndBraces(BeforeOperator(entry));
-  const modPrefixes::Reference reference = modPrefixes::ExtractPrefix(left);
-  read.type = modPrefixes::TypeFromPrefix(reference.prefix);
-  read.name = modTools::StripQuotesAndBraces(reference.rest);
-  return read;
+  templateEntries::Entry entry = templateEntries::ReadEntry(text);
+  templateEntries::TraitReference reference = templateEntries::ReadReference(entry.left);
+  return {reference.type, std::move(reference.name), std::move(entry.mods)};
 }
 
 std::string TagsOfCreated(const EffectEntry& entry) {

@@ -3,6 +3,8 @@
 
 #include "calc/BonusSentence.h"
 #include "calc/BonusTargets.h"
+#include "character/TemplateEntries.h"
+#include "character/modNeeds.h"
 #include "core/Numbers.h"
 #include "core/modTags.h"
 #include "core/modTools.h"
@@ -58,7 +60,7 @@ bool IsExpression(std::string_view text) {
 void CheckNeed(const Check& check, std::string_view entry) {
   if (entry.empty() || ContainsNoCase(entry, " spells from ") || ContainsNoCase(entry, " skills from "))
     return;
-  const std::string_view left = BeforeOperator(entry);
+  const std::string_view left = modNeeds::GetComparisonValues(entry).left;
   if (CheckCount(check, left)) return;
   const std::string_view name = modTools::StripQuotesAndBraces(left.substr(0, left.find("::")));
   const std::string_view prefix = modPrefixes::ExtractPrefix(name).prefix;
@@ -160,8 +162,8 @@ void CheckCreated(const Check& check, std::string_view text) {
 
 template <class Entry>
 void ForEachEntry(std::string_view entries, Entry&& entry) {
-  for (std::string_view text : modNewParser::ParseSplitChars(entries, ",", modNewParser::kNames)) {
-    if (!text.empty() && !text.starts_with('#') && !text.starts_with('%')) entry(text);
+  for (std::string_view text : templateEntries::Split(entries)) {
+    if (!text.starts_with('#') && !text.starts_with('%')) entry(text);
   }
 }
 
