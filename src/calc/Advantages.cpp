@@ -26,7 +26,7 @@ LevelLimits ReadLimits(clsItem& item) {
   LevelLimits limits;
   LimitText upto = ReadLimit(item.FreeTag("upto"));
   limits.limiting = upto.limiting;
-  limits.upto = CInt(explain::SolvedStep(item, "upto", upto.formula, explain::Detail::Needed));
+  limits.upto = CInt(explain::SolvedStep(item, "upto", upto.formula));
   std::int16_t control = SolvedTag(item, "control_upto");
   if (control > 0 && (limits.upto <= 0 || control < limits.upto)) limits.upto = control;
   limits.downto = SolvedTag(item, "downto");

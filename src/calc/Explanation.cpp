@@ -186,6 +186,10 @@ void Append(std::string& text, Signed part) {
   if (part.value >= 0) text += '+';
   text += NumberText(part.value);
 }
+void Append(std::string& text, Points part) {
+  text += NumberText(part.value);
+  text += part.value == Currency(1) ? " point" : " points";
+}
 
 double SolvedStep(CalcItem& context, std::string_view label, std::string_view formula, Detail detail) {
   if (formula.empty()) return 0;

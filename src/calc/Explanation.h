@@ -71,10 +71,16 @@ struct Signed {
   double value;
 };
 
+// "1 point", "4 points".
+struct Points {
+  Currency value;
+};
+
 void Append(std::string& text, std::string_view part);
 void Append(std::string& text, double value);
 void Append(std::string& text, Currency value);
 void Append(std::string& text, Signed part);
+void Append(std::string& text, Points part);
 template <std::integral Number>
 void Append(std::string& text, Number value) {
   Append(text, static_cast<double>(value));

@@ -73,11 +73,11 @@ std::int64_t SkillScale::StepsFor(Currency points) const {
 std::int32_t SkillScale::Level(std::int32_t defaultLevel, Currency points) const {
   const std::int64_t start = StartFrom(defaultLevel);
   if (points <= Currency() || points < type_.MinCost()) {
-    explain::Note(item_, points, " points buy no level");
+    explain::Note(item_, explain::Points{points}, " buy no level");
     return levelWithoutPoints_ ? Held<std::int32_t>(start) : 0;
   }
   const std::int64_t steps = StepsFor(points);
-  explain::Note(item_, "from ", points, " points (", type_.Name,
+  explain::Note(item_, "from ", explain::Points{points}, " (", type_.Name,
                 "): ", explain::Signed{static_cast<double>(steps)}, " on ", start);
   return Held<std::int32_t>(start + steps);
 }

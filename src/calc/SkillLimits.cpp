@@ -37,7 +37,8 @@ Limit ReadLimit(clsItem& item, std::string_view tag) {
   if (text.empty()) return limit;
   limit.inPoints = CutPointsWord(text);
   explain::Step step(item, tag, limit.inPoints ? " (points)" : "");
-  limit.value = step.NeedsDetail().Is(modSolver::Solver(std::string(text), item));
+  if (!tag.ends_with("upto")) step.NeedsDetail();
+  limit.value = step.Is(modSolver::Solver(std::string(text), item));
   return limit;
 }
 

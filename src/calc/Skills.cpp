@@ -121,11 +121,11 @@ void SkillCalculation::SpendPoints() {
   explain::Note(item_, "points spent: ", spent_);
   if (limits_.mostPoints > Currency() && spent_ > limits_.mostPoints) {
     spent_ = limits_.mostPoints;
-    explain::Note(item_, "limited to ", spent_, " points by ", Uptos());
+    explain::Note(item_, "limited to ", explain::Points{spent_}, " by ", Uptos());
   }
   if (limits_.hasLeastPoints && spent_ < limits_.leastPoints) {
     spent_ = limits_.leastPoints;
-    explain::Note(item_, "raised to ", spent_, " points by ", [this] {
+    explain::Note(item_, "raised to ", explain::Points{spent_}, " by ", [this] {
       return explain::Written(item_, {"downto", "control_downto"});
     });
     if (spent_ > Currency()) item_.SetBasePoints(spent_);
@@ -191,7 +191,7 @@ void SkillCalculation::FindLevel() {
   }
   if (default_ > Currency()) {
     WriteDefault(defaultLevel_);
-    explain::Note(item_, "that is worth ", default_, " points");
+    explain::Note(item_, "that is worth ", explain::Points{default_});
     section.Now("level,baselevel");
     ApplyPoints();
     level_ = std::max(level_, scale.Level(defaultLevel_, applicable_));
@@ -227,9 +227,9 @@ void SkillCalculation::WriteNoDefault() {
 void SkillCalculation::HoldPointsToLimit() {
   const bool optionOn = item_.Owner->Env().Config.UptoAffectsPoints != 0;
   if (!optionOn || limits_.mostLevel <= 0 || level_ <= limits_.mostLevel) return;
+  const SkillScale scale(item_, *type_);
   explain::Section section(item_, "level,baselevel,points,basepoints,apppoints");
   explain::Note(item_, "level ", level_, " is past ", Uptos());
-  const SkillScale scale(item_, *type_);
   spent_ = PointsBeforeMultiplier(scale.PointsFor(defaultLevel_, limits_.mostLevel), multiplier_);
   if (spent_ < type_->MinCost() && item_.ItemType == kSpells && item_.Owner->AllowHalfPointSpells == 0) {
     spent_ = 1;

@@ -24,7 +24,7 @@ StatLimits ReadLimits(clsItem& stat) {
   StatLimits limits;
   LimitText max = ReadLimit(stat.FreeTag("maxscore"));
   limits.limiting = max.limiting;
-  limits.max = explain::SolvedStep(stat, "highest score", max.formula, explain::Detail::Needed);
+  limits.max = explain::SolvedStep(stat, "highest score", max.formula);
   std::string_view min = stat.FreeTag("minscore");
   limits.hasMin = !min.empty();
   limits.min = explain::SolvedStep(stat, "lowest score", min, explain::Detail::Needed);
