@@ -263,6 +263,9 @@ void ItemCreation::RunDirectives(const std::vector<modDirectives::Substitution>&
   std::string text = item_->TagList();
   if (text.find('#') == npos) return;
   const std::string initMods = ExtractOwnInitMods(text);
+  // The last run also takes the questions that waited for the added traits or came out of a list.
+  const bool last = protectedVars.empty();
+  if (last && modDirectives::HandleSpecialDirectives(text, character_, protectedVars)) return Cancel();
   if (modDirectives::HandleDirectives(text, character_, protectedVars)) return Cancel();
   if (!initMods.empty()) text.append(",initmods(").append(initMods).append(")");
   StoreTagList(text);
@@ -375,16 +378,17 @@ void ItemCreation::NoteBasedOn() {
 }
 
 void ItemCreation::RunBuildCombo() {
-  if (!ContainsNoCase(item_->TagListNoFill(), "#buildcombo")) return;
+  if (!modDirectives::HoldsWord(item_->TagListNoFill(), "buildcombo")) return;
   if (modDirectives::HandleBuildCombo(*item_, noInitMods)) Cancel();
 }
 
 void ItemCreation::RunBuildIt() {
-  if (ContainsNoCase(item_->TagListNoFill(), "#buildit")) modDirectives::HandleBuildIt(*item_, noInitMods);
+  if (modDirectives::HoldsWord(item_->TagListNoFill(), "buildit"))
+    modDirectives::HandleBuildIt(*item_, noInitMods);
 }
 
 void ItemCreation::RunEdit() {
-  if (ContainsNoCase(item_->TagListNoFill(), "#edit")) modDirectives::HandleEdit(*item_);
+  if (modDirectives::HoldsWord(item_->TagListNoFill(), "edit")) modDirectives::HandleEdit(*item_);
 }
 
 void ItemCreation::CheckNeedsOfComponents() {
