@@ -324,16 +324,14 @@ class KVRCharacter final : public CalcItem {
   // Adds or raises each trait of a list of needs ("SK:Sword >= 12, AD:Luck"); one that can't be had is
   // logged.
   void AddSpecifiedItems(std::string_view neederName, std::string_view text);
-  // While a taboo is checked, mitigated traits count as absent.
-  bool TabooCheckRuns() const { return tabooCheckRuns_; }
   void AddTaboosFromOwner(clsItem& owner);
   void RemoveTaboosFromOwner(clsItem& owner);
   void DisableItemTaboos(clsItem& item);
   void EnableItemTaboos(clsItem& item);
 
-  // --- Template effects (TemplateEffects.cpp, TemplateAdds.cpp, TemplateSelect.cpp, TagChanges.cpp, and what
-  // takes them back: ChangeLog.cpp, FormerStates.cpp)
-  // ------------------------------------------------------------------------------------
+  // --- Template effects (TemplateAdds.cpp, TemplateSets.cpp, TemplateMods.cpp, TemplateSelect.cpp,
+  // TemplateFamilies.cpp, TagChanges.cpp, and what takes them back: ChangeLog.cpp, FormerState.cpp)
+  // -----------------------------------------------
   void HandleSets(clsItem& item);
   void HandleCreates(clsItem& item);
   void HandleAdds(clsItem& item);
@@ -428,7 +426,6 @@ class KVRCharacter final : public CalcItem {
   friend class ItemCreation;  // CreateNewItem.cpp
   friend class ItemRemoval;   // RemoveItem.cpp
   friend class FormerState;   // FormerState.h
-  friend class TraitBringer;  // TemplateAdds.cpp
 
   bool KeysAreLeft();
   bool MayCreate(ItemType type, std::string_view sysKey, std::string_view tagList);
@@ -448,19 +445,10 @@ class KVRCharacter final : public CalcItem {
   // From one parent to another; the new one is left to be calculated.
   void MoveToParent(clsItem& child, clsItem& parent);
 
-  // What several of the template effects share.
-  void RecordChange(std::string_view op, std::int32_t target, std::int32_t source, std::string_view tag,
-                    std::string_view oldValue, std::string_view newValue);
-  void ChangeOwnText(clsItem& source, std::string_view sourceTag, std::string_view ownTag);
-  void ChangeTagsOfOthers(clsItem& source, std::string_view effect);
-  void RestoreChange(const clsChangeItem& change);
-  void SpreadTagChange(clsItem& item, bool remakeRecords);
-  void MoveModsByList(clsItem& item, bool add);
   bool MoveToValue(clsItem& item, std::string_view wanted, std::string_view tag, bool always);
 
   std::vector<Creation> creations_;                         // outermost first
   std::vector<std::unique_ptr<FormerState>> formerStates_;  // one for each of them
-  bool tabooCheckRuns_ = false;
   std::size_t traitsMade_ = 0;          // by the outermost creation and all in it
   std::vector<std::int32_t> removing_;  // traits whose removal is under way
   // One run through the queue.
