@@ -211,15 +211,14 @@ void SkillCalculation::NoteDefault() {
 }
 
 void SkillCalculation::WriteDefault(std::int32_t level) {
-  NoteDefault();
-  WriteTag(item_, "deffrom", defaultName_);
-  WriteTag(item_, "deffromid", defaultKey_ == 0 ? "" : std::to_string(defaultKey_));
+  WriteOrDeleteTag(item_, "deffrom", defaultName_);
+  WriteOrDeleteTag(item_, "deffromid", defaultKey_ == 0 ? "" : std::to_string(defaultKey_));
   WriteTag(item_, "deflevel", std::to_string(level));
 }
 
 void SkillCalculation::WriteNoDefault() {
-  WriteTag(item_, "deffrom", "");
-  WriteTag(item_, "deffromid", "");
+  WriteOrDeleteTag(item_, "deffrom", "");
+  WriteOrDeleteTag(item_, "deffromid", "");
   WriteTag(item_, "deflevel", "0");
 }
 
