@@ -305,6 +305,15 @@ TEST(Directives, AddedItemsAndCombinations) {
   modDirectives::HandleAddedItemsList(text, {oar, 0, 99, net}, world.character);
   EXPECT_EQ(text, "creates(\"SK:Oar\", \"SK:Net (Casting)\")");
 
+  // What waits for the traits that a template has brought, questions included, runs when they are there.
+  const std::string list =
+      "name(Guild),pkids(" + std::to_string(oar) +
+      "),x(#message({Have %AddedItemsList%})#inputreplace(@n, {Name %AddedItemsList%})),n(@n)";
+  world.Answer("Rowers");
+  const std::int32_t guild = world.character.CreateNewItem(kPackages, list, "", "", 0, 0, 0);
+  EXPECT_EQ(world.Tag(guild, "n"), "Rowers");
+  EXPECT_EQ(world.notices, std::vector<std::string>{"prompt: BRASK Kivera: Have \"SK:Oar\""});
+
   EXPECT_EQ(world.Add("Twin Work", kSkills), 0);
   world.Answer("{Net (Casting)}, Oar");
   clsItem& pair = world.Added("Twin Work", kSkills);
