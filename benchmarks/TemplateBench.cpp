@@ -18,7 +18,8 @@ class TemplateWorld : public BenchCharacter {
                 "name(" + Numbered("Gift ", i) +
                     "),cost(5/10/15),cat(Mental, Social),page(B123),mainwin(3),"
                     "tint(#choice(red, green, blue)%choice%),levelnames([none], slight, strong, great)," +
-                    (i % 10 == 0 ? "gives(+1 to ST:Vigour)," : "") + "formula(ST:Vigour * 2),upto(3)");
+                    (i % 10 == 0 ? "gives(+1 to ST:" + Numbered("Own Trait ", 1 + i / 10 % 9) + ")," : "") +
+                    (i % 5 == 0 ? "formula(ST:Vigour * 2)," : "") + "upto(3)");
       brought += (i ? ", {AD:" : "{AD:") + Numbered("Gift ", i) +
                  (i % 4 == 0 ? " = 2 with {Sturdy, +10%}" : "") + " respond green}";
     }

@@ -11,14 +11,6 @@ namespace kvr {
 
 namespace {
 
-template <class Step>
-void Quietly(Step&& step) {
-  try {
-    step();
-  } catch (const SolverFailure&) {
-  }
-}
-
 std::int32_t NumberOf(const CalcItem* owner) {
   if (const auto* item = dynamic_cast<const clsItem*>(owner)) return item->IDKey;
   const auto* mod = dynamic_cast<const clsMod*>(owner);
@@ -92,49 +84,38 @@ void FormerState::HandOverTo(FormerState& outer) {
 // -------------------------------------------------------------------------------------------------------
 
 void FormerState::Restore() {
-  RemoveNewItems();
-  RemoveNewMods();
   DropNewRecords();
+  DropNewItems();
   PutItemsBack();
   PutRecordsBack();
-  Recalculate();
+  RelinkAndRecalculate();
   PutTextsBack();
   character_.env_.events.RefreshLists();
 }
 
-void FormerState::RemoveNewItems() {
-  std::vector<std::int32_t> made;
-  for (const clsItem& item : character_.Items) {
-    if (item.IDKey > lastKey_) made.push_back(item.IDKey);
-  }
-  std::ranges::sort(made);
-  for (std::int32_t id : made) Quietly([&] { character_.RemoveItem(KeyTextOf(id)); });
-}
-
-// Those on modifiers that are new themselves leave with them.
-void FormerState::RemoveNewMods() {
-  std::vector<clsMod*> made;
-  for (clsItem& item : character_.Items) {
-    for (clsMod* mod : AllModsOf(item)) {
-      const auto* carrier = dynamic_cast<const clsMod*>(mod->Owner);
-      if (mod->IDKey > lastKey_ && !(carrier && carrier->IDKey > lastKey_)) made.push_back(mod);
-    }
-  }
-  for (const clsMod* mod : made) Quietly([&] { character_.RemoveMod(*mod->Owner, KeyTextOf(mod->IDKey)); });
-}
-
-// Records of an older trait that were made anew in the meantime.
+// The links to them fall with all others, before anything is calculated.
 void FormerState::DropNewRecords() {
   for (const RecordKind* kind : {&kBonuses, &kConditionals}) {
     auto& records = character_.*(kind->records);
     const auto isNew = [&](const auto& record) { return record->IDKey > lastKeyTemp_; };
-    for (auto& record : records) {
-      if (!isNew(record)) continue;
-      character_.PushRecalcBonus(*record);
-      (character_.*(kind->clearLinks))(*record);
-      std::erase(record->Owner->Given()->*(kind->given), record.get());
+    for (const auto& record : records) {
+      if (isNew(record)) std::erase(record->Owner->Given()->*(kind->given), record.get());
     }
     std::erase_if(records, isNew);
+  }
+}
+
+void FormerState::DropNewItems() {
+  std::erase_if(character_.Taboos, [&](const auto& taboo) { return taboo->Owner->IDKey > lastKey_; });
+  std::vector<clsItem*> made;
+  for (clsItem& item : character_.Items) {
+    if (item.IDKey > lastKey_) made.push_back(&item);
+  }
+  for (clsItem* item : made) {
+    const std::string key = item->KeyText();
+    character_.SetRefreshList(item->ItemType);
+    character_.ItemsByType[static_cast<std::size_t>(item->ItemType)].Remove(key);
+    character_.Items.Remove(key);
   }
 }
 
@@ -222,7 +203,6 @@ void FormerState::PutRecordsBack() {
     auto record = std::make_unique<clsBonus>(std::move(former.record));
     record->Owner = owner;
     record->Targets.clear();
-    record->Linked = false;
     clsBonus& put = *record;
     auto& given = owner->Given()->*kind.given;
     given.insert(std::ranges::lower_bound(given, put.IDKey, {}, &clsBonus::IDKey), &put);
@@ -230,14 +210,12 @@ void FormerState::PutRecordsBack() {
     records.insert(std::ranges::lower_bound(records, put.IDKey, {},
                                             [](const auto& standing) { return standing->IDKey; }),
                    std::move(record));
-    (character_.*kind.createLinks)(put);
   }
 }
 
 // For what is not kept as text: links, display lines, answers of the solver.
-void FormerState::Recalculate() {
+void FormerState::RelinkAndRecalculate() {
   character_.TokenCache.Clear();
-  if (items_.empty() && records_.empty()) return;
   character_.CreateAllAffectsLinks();
   for (const auto& [id, former] : items_) {
     clsItem* item = character_.ItemByKey(id);
@@ -245,7 +223,11 @@ void FormerState::Recalculate() {
     character_.QueueKey(id);
     character_.PushRecalcItems(*item);
   }
-  Quietly([&] { character_.TrickleRecalcItems(); });
+  // A failure of a formula was logged where it was met.
+  try {
+    character_.TrickleRecalcItems();
+  } catch (const SolverFailure&) {
+  }
 }
 
 // Last, and exactly as it was: a calculation may have put a tag in another place of the list, and one that

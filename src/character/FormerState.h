@@ -69,16 +69,16 @@ class FormerState {
   static void PutMods(CalcItem& owner, clsSortedModCollection& mods, const std::vector<FormerMod>& former,
                       ModPool& pool);
 
-  // Steps of Restore. A failure of a formula is passed over: it was logged where it was met.
-  void RemoveNewItems();
-  void RemoveNewMods();
+  // Steps of Restore. What is new is dropped at once, with its links and records; everything that it reached
+  // is put back by its note, so nothing needs to be calculated in between.
   void DropNewRecords();
+  void DropNewItems();
   void PutItemsBack();
   clsItem& ItemToRestore(std::int32_t id, const FormerItem& former);
   void PutData(clsItem& item, const FormerItem& former);
   void PutModsBack(clsItem& item, const FormerItem& former);
   void PutRecordsBack();
-  void Recalculate();
+  void RelinkAndRecalculate();
   void PutTextsBack();
 
   KVRCharacter& character_;
