@@ -132,9 +132,9 @@ TEST(Directives, Inputs) {
   const std::string refused =
       "You entered a mismatched number of parenthesis, which is not allowed. Please try again.";
   RunCases({
-      {"name(%input%, %Input%)#input(Who?)",
+      {"name(%input%)#input(Who?),a(%Input%)",
        {"Old #input(x) Tam"},
-       "name(Old #input(x) Tam, Old #input(x) Tam)"},
+       "name(Old #input(x) Tam),a(Old #input(x) Tam)"},
       {"#input()", {}, "cancelled", "prompt: KVR Input: Please enter value:"},
       {"#input(\"Name, or none\", Tam, \"The Name\")", {}, "cancelled", "prompt: The Name: Name, or none"},
       {"#input(a, b, c, d)%input%", {}, "%input%", "Improper #Input directive: #input(a, b, c, d)"},
