@@ -22,9 +22,9 @@ class PrerequisiteAdder {
     if (entry.name.empty()) return;
     const ItemType type = modPrefixes::TypeFromPrefix(entry.prefix);
     const bool isTrait = type != kNoType || entry.prefix.empty();
-    if (clsItem* existing = isTrait ? Existing(entry.name, type) : nullptr) return Adjust(*existing, entry);
-    const clsSystemItem* record = isTrait ? InLibrary(entry.name, type) : nullptr;
-    if (record) Add(*record, entry);
+    if (!isTrait) return TellMissing(entry.left);
+    if (clsItem* existing = Existing(entry.name, type)) return Adjust(*existing, entry);
+    if (const clsSystemItem* record = InLibrary(entry.name, type)) Add(*record, entry);
   }
 
  private:
@@ -45,9 +45,13 @@ class PrerequisiteAdder {
     std::vector<std::size_t> found;
     if (!modNeeds::HasExtension(name)) found = library.GetAllItems(name, type);
     if (!found.empty()) return Choose(name, found);
+    TellMissing(name);
+    return nullptr;
+  }
+
+  void TellMissing(std::string_view name) const {
     character_.Env().log.LogLine(needer_ + ": I couldn't find: " + std::string(name) +
                                  ". You'll have to add it manually.");
-    return nullptr;
   }
 
   const clsSystemItem* Choose(std::string_view name, const std::vector<std::size_t>& positions) const {

@@ -3,9 +3,8 @@
 //
 // The number in front says how many; what stands behind an operator is asked of each that counts.
 #include <algorithm>
-#include <array>
 
-#include "character/modNeeds.h"
+#include "character/NeedsSteps.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "core/modNewParser.h"
@@ -98,16 +97,9 @@ void CheckSpecialCaseNumberOfItems(const Check& check, Finding& finding) {
 
 bool HasMember(const Check& check, const Finding& finding, const clsRefItem& member) {
   KVRCharacter& character = check.Character();
-  std::size_t position = character.ItemPositionByNameAndExt(member.FullName(), member.ItemType);
-  if (position == 0) return false;
-  const clsItem& first = character.Items.Item(position);
-  for (; position <= character.Items.Count(); ++position) {
-    clsItem& item = character.Items.Item(position);
-    if (item.LCaseName() != first.LCaseName() || item.LCaseNameExt() != first.LCaseNameExt()) return false;
-    const bool isType = member.ItemType == kNoType || item.ItemType == member.ItemType;
-    if (isType && Counts(check, finding, item)) return true;
-  }
-  return false;
+  const std::size_t position = character.ItemPositionByNameAndExt(member.FullName(), member.ItemType);
+  return AnyFrom(character, position, member.ItemType, true,
+                 [&](clsItem& item) { return Counts(check, finding, item); });
 }
 
 void CheckSpecialCaseNumberFromAGroup(const Check& check, Finding& finding) {

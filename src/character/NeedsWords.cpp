@@ -4,7 +4,7 @@
 #include <array>
 #include <memory>
 
-#include "character/modNeeds.h"
+#include "character/NeedsSteps.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "core/modNewParser.h"
@@ -17,7 +17,6 @@ namespace {
 using Kind = Finding::Kind;
 using modNewParser::kNames;
 
-constexpr int kDeepestGroup = 100;
 constexpr std::array<std::string_view, 10> kNouns = {
     "traits", "attributes", "advantages", "disadvantages",       "quirks",
     "perks",  "skills",     "spells",     "pieces of equipment", "templates"};
@@ -95,8 +94,7 @@ void ForEachTest(std::string_view text, const std::string& place, int depth, F& 
         f(here, entry);
         continue;
       }
-      const std::string_view inner = entry.substr(1);
-      ForEachTest(inner.substr(0, modTags::FindCloseParen(inner)), here + ".", depth + 1, f);
+      ForEachTest(GroupText(entry), here + ".", depth + 1, f);
     }
   }
 }
@@ -134,8 +132,7 @@ std::vector<Lack> LacksOfAll(const Check& check, std::string_view list, int dept
   modNewParser::ForEachToken(list, ',', kNames, [&](std::string_view token) {
     const std::string_view entry = modTools::StripQuotesAndBraces(token);
     if (entry.starts_with('(')) {
-      const std::string_view inner = entry.substr(1);
-      auto nested = LacksOfAny(check, inner.substr(0, modTags::FindCloseParen(inner)), depth + 1);
+      const std::vector<Lack> nested = LacksOfAny(check, GroupText(entry), depth + 1);
       lacks.insert(lacks.end(), nested.begin(), nested.end());
       return;
     }
@@ -196,7 +193,7 @@ bool AnyTabooAgainst(KVRCharacter& character, const clsSystemItem& record, F&& f
 void AddTabooReasons(const Check& check, std::vector<std::string>& reasons) {
   if (TaboosAreMitigated(check.needer)) return;
   modNewParser::ForEachToken(check.needer.FreeTag("taboo"), ',', kNames, [&](std::string_view entry) {
-    if (Trim(entry).empty() || (check.planned && entry.find_first_of("%#") != npos)) return;
+    if (Trim(entry).empty() || (check.planned && IsOpen(entry))) return;
     const Finding finding = Examine(check, entry);
     if (finding.met) reasons.push_back("can't go together with " + WantedWords(finding));
   });

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "calc/modSolver.h"
+#include "character/NeedsSteps.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "core/modNewParser.h"
@@ -16,7 +17,6 @@ namespace {
 
 using modNewParser::kNames;
 
-constexpr int kDeepestGroup = 100;
 constexpr std::size_t kMostAlternatives = 1000;
 constexpr std::size_t kMostCharacters = 1000000;  // of all alternatives together
 
@@ -70,21 +70,6 @@ Currency SolvedValue(std::string_view text, clsItem& needer) {
   return std::isnan(value) ? Currency() : Currency::FromDouble(std::clamp(value, -kEnd, kEnd));
 }
 
-// Calls test(item) for the traits from a position on as long as they bear its name (and extension), until one
-// passes.
-template <class Test>
-bool AnyFrom(KVRCharacter& character, std::size_t position, ItemType type, bool sameExtension, Test&& test) {
-  if (position == 0) return false;
-  const clsItem& first = character.Items.Item(position);
-  for (; position <= character.Items.Count(); ++position) {
-    clsItem& item = character.Items.Item(position);
-    if (item.LCaseName() != first.LCaseName()) return false;
-    if (sameExtension && item.LCaseNameExt() != first.LCaseNameExt()) return false;
-    if ((type == kNoType || item.ItemType == type) && test(item)) return true;
-  }
-  return false;
-}
-
 void CheckSpecificItem(const Check& check, Finding& finding) {
   KVRCharacter& character = check.Character();
   const std::string_view name = finding.parts.name;
@@ -128,11 +113,6 @@ void CheckFormula(const Check& check, Finding& finding, bool compares) {
   finding.kind = Finding::Kind::Formula;
   finding.have = SolvedValue(finding.parts.left, check.needer);
   finding.met = compares ? Holds(finding.comparison, finding.have, finding.value) : !finding.have.IsZero();
-}
-
-// A name or operator that is still to be chosen.
-bool IsOpen(std::string_view entry) {
-  return entry.find_first_of("%#") != npos;
 }
 
 // --- Lists
@@ -203,10 +183,8 @@ class NeedsWalk {
 
  private:
   bool Group(std::string_view entry, Alternatives* missing, int depth) {
-    const std::string_view inner = entry.substr(1);
     Alternatives lacking;
-    if (AnyOf(inner.substr(0, modTags::FindCloseParen(inner)), missing ? &lacking : nullptr, depth + 1))
-      return true;
+    if (AnyOf(GroupText(entry), missing ? &lacking : nullptr, depth + 1)) return true;
     if (missing) *missing = Combine(*missing, lacking, bounds.tooMany);
     return false;
   }

@@ -117,14 +117,6 @@ std::string NeedsText(clsItem& item);
 // Whether the trait's own `mitigated` sets its taboos aside.
 bool TaboosAreMitigated(const clsItem& item);
 
-// --- Counting tests (NeedsCounting.cpp)
-// False if the entry is none.
-bool CheckSpecialCases(const Check& check, Finding& finding);
-// Whether the trait is another than the needer, and not set aside by a mitigation while a taboo is checked.
-bool MayCount(const Check& check, const clsItem& candidate);
-// A tag as a number with four decimals.
-Currency NumberInTag(clsItem& item, std::string_view tag);
-
 // --- In words (NeedsWords.cpp)
 // What is asked for ("Strong Arm level 2", "3 spells of Fire") and what is there ("you have level 1").
 std::string WantedWords(const Finding& finding);
