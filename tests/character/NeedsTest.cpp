@@ -286,6 +286,29 @@ TEST(Needs, AddsWhatIsMissing) {
   EXPECT_EQ(world.character.FindItem("Text", kAds)->NeedsCheck(), 0);
 }
 
+TEST(Needs, RaisesWhatStandsTooLow) {
+  CharacterWorld world(kLibrary);
+  clsItem& arm = world.Added("Strong Arm", kAds);
+  static constexpr struct {
+    const char* text;
+    int level;
+  } kSteps[] = {{"AD:Strong Arm > 1", 2},           {"AD:Strong Arm >= 3::level", 3},
+                {"AD:Strong Arm >= 1", 3},          {"AD:Strong Arm = 2", 2},
+                {"Strong Arm <= 1, Strong Arm", 2}, {"AD:{Strong Arm} >= 15::points", 3}};
+  for (const auto& step : kSteps) {
+    world.character.AddSpecifiedItems("Grip", step.text);
+    EXPECT_EQ(arm.Level(), step.level) << step.text;
+  }
+  arm.SetTagItem("locked", "yes");
+  arm.SetTagItem("keep", std::to_string(world.Added("Ring", kAds).IDKey));
+  world.character.AddSpecifiedItems("Grip", "AD:Strong Arm = 1, GR:Arms");
+  EXPECT_EQ(arm.Level(), 3);
+  EXPECT_NE(world.Log().find(
+                "Item 'Strong Arm' is a component of item 'Ring', and can't be auto-adjusted by Needs."),
+            npos);
+  EXPECT_NE(world.Log().find("Grip: I couldn't find: GR:Arms."), npos);
+}
+
 TEST(Needs, ACancelledChoiceAddsNothing) {
   CharacterWorld world(kLibrary);
   world.Answer("cancel");
