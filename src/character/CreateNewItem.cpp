@@ -84,12 +84,14 @@ class ItemCreation {
   void RunBuildCombo();
   void RunBuildIt();
   void RunEdit();
+  void MakeWaitingLinks();
   void Calculate() { item_->Calculate(); }
   void Trickle() { character_.TrickleRecalcItems(); }
   void CheckNeedsOfComponents();
   void CheckNeeds();
   void AddCategories();
   void DropCreationTags();
+  void SpreadWhatCameLast();
   void Finish() { End(id_); }
 
   // --- What they use ---
@@ -160,6 +162,7 @@ const ItemCreation::Step ItemCreation::kSteps[] = {
     &ItemCreation::RunBuildIt,
     &ItemCreation::RunEdit,
     &ItemCreation::Do<&KVRCharacter::CreateAffectsLinks>,
+    &ItemCreation::MakeWaitingLinks,
     &ItemCreation::Do<&KVRCharacter::PushRecalcItems>,
     &ItemCreation::Calculate,
     &ItemCreation::Trickle,
@@ -167,6 +170,7 @@ const ItemCreation::Step ItemCreation::kSteps[] = {
     &ItemCreation::CheckNeeds,
     &ItemCreation::AddCategories,
     &ItemCreation::DropCreationTags,
+    &ItemCreation::SpreadWhatCameLast,
     &ItemCreation::Finish,
 };
 
@@ -346,6 +350,7 @@ void ItemCreation::SetStartValues() {
 void ItemCreation::SetStartLevel() {
   item_->SetBaseLevel(1);
   const std::string init = item_->TagItem("init");
+  FormerState::MakeLinksFor(init, character_);
   if (!init.empty()) item_->SetBaseLevel(CLng(modSolver::Solver(init, *item_)));
 }
 
@@ -361,6 +366,7 @@ void ItemCreation::SetStartCount() {
   item_->SetTagItem("count", "1");
   const std::string quantity = item_->TagItem("baseqty");
   if (quantity.empty()) return;
+  FormerState::MakeLinksFor(quantity, character_);
   item_->SetTagItem("count", std::to_string(CLng(modSolver::Solver(quantity, *item_))));
 }
 
@@ -413,6 +419,17 @@ void ItemCreation::AddCategories() {
 
 void ItemCreation::DropCreationTags() {
   for (std::string_view tag : {"x", "initmods", "init"}) item_->DeleteTag(tag);
+}
+
+// Those of a trait that is part of another creation go on waiting for its end.
+void ItemCreation::MakeWaitingLinks() {
+  if (character_.creations_.size() == 1) FormerState::MakeLinks(character_);
+}
+
+// The checks of needs may have added traits.
+void ItemCreation::SpreadWhatCameLast() {
+  MakeWaitingLinks();
+  if (character_.creations_.size() == 1) character_.TrickleRecalcItems();
 }
 
 // --- The character's side

@@ -5,7 +5,7 @@
 #include <tuple>
 
 #include "calc/RecordLinks.h"
-#include "character/ModTree.h"
+#include "core/Numbers.h"
 
 namespace kvr {
 
@@ -251,6 +251,48 @@ void FormerState::PutTextsBack() {
   for (const std::string& key : newCats_) c.Cats.Remove(key);
   c.LastKey = lastKey_;
   c.Dirty = dirty_;
+}
+
+// --- Links that wait
+// --------------------------------------------------------------------------------------------------------
+
+bool FormerState::PutOffLinks(clsItem& item) {
+  if (linking_) return false;
+  putOff_.insert(item.IDKey);
+  // What bonuses give a trait counts at once.
+  UnlinkFromRecords(item);
+  LinkToRecords(character_, item);
+  return true;
+}
+
+void FormerState::MakeLinks(KVRCharacter& character) {
+  if (character.formerStates_.empty() || character.formerStates_.front()->putOff_.empty()) return;
+  constexpr std::size_t kFew = 4;
+  FormerState& outermost = *character.formerStates_.front();
+  const std::set<std::int32_t> waiting = std::move(outermost.putOff_);
+  outermost.putOff_.clear();
+  std::vector<clsItem*> items;
+  for (std::int32_t id : waiting) {
+    if (clsItem* item = character.ItemByKey(id)) items.push_back(item);
+  }
+  outermost.linking_ = true;
+  if (items.size() <= kFew) {
+    for (clsItem* item : items) character.CreateAffectsLinks(*item);
+  } else {
+    character.CreateAllAffectsLinks();
+  }
+  outermost.linking_ = false;
+  for (clsItem* item : items) {
+    character.ClearTokensForItem(*item);
+    character.QueueItem(*item);
+    character.PushRecalcItems(*item);
+  }
+}
+
+void FormerState::MakeLinksFor(std::string_view formula, KVRCharacter& character) {
+  if (formula.empty() || IsNumeric(formula) || character.formerStates_.empty()) return;
+  MakeLinks(character);
+  character.TrickleRecalcItems();
 }
 
 // --- The character's side

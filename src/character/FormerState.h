@@ -32,6 +32,15 @@ class FormerState {
   void Restore();
   void HandOverTo(FormerState& outer);
 
+  // Links by name compare every trait with every other, so those of traits that a creation makes are put off
+  // (on the outermost one) and made for all of them at once: at its end, or before something reads what may
+  // depend on them. False where they have to be made now.
+  bool PutOffLinks(clsItem& item);
+  // Makes what was put off, and queues what it reaches.
+  static void MakeLinks(KVRCharacter& character);
+  // The same where a formula is about to be read; a plain number depends on nothing.
+  static void MakeLinksFor(std::string_view formula, KVRCharacter& character);
+
  private:
   struct FormerMod {
     std::int32_t idKey = 0;
@@ -92,6 +101,8 @@ class FormerState {
   std::optional<Texts> texts_;
   std::optional<std::vector<clsChangeItem>> changeLog_;
   std::vector<std::string> newCats_;  // keys
+  std::set<std::int32_t> putOff_;     // traits without their links
+  bool linking_ = false;
 };
 
 }  // namespace kvr

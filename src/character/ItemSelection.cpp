@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "calc/Progression.h"
+#include "character/FormerState.h"
 #include "character/TagChanges.h"
 #include "character/TemplateEntries.h"
 #include "character/modLists.h"
@@ -256,6 +257,8 @@ bool ItemSelection::TakeNew(Offered& offered) {
     return false;
   }
   log.LogLine("just added " + item->KeyText());
+  FormerState::MakeLinks(character_);
+  character_.TrickleRecalcItems();
   offered.existed = false;
   offered.floor = LevelOf(*item);
   return true;

@@ -2,9 +2,8 @@
 // itself (`creates`).
 #include <optional>
 
-#include "character/KVRCharacter.h"
+#include "character/FormerState.h"
 #include "character/TemplateEntries.h"
-#include "character/modLists.h"
 #include "core/modTags.h"
 
 namespace kvr {
@@ -173,9 +172,10 @@ std::optional<std::int32_t> TraitBringer::FromItself(const Entry& entry) {
 
 void TraitBringer::SetValue(clsItem& item, const Entry& entry) {
   if (entry.value.empty()) return;
+  const std::string_view points = templateEntries::PointsOf(entry.value);
+  FormerState::MakeLinksFor(points.empty() ? std::string_view(entry.value) : points, character_);
   std::string wanted;
   if (entry.comparison != modNeeds::Comparison::Equal) wanted = modNeeds::OperatorText(entry.comparison);
-  const std::string_view points = templateEntries::PointsOf(entry.value);
   wanted += points.empty() ? std::string_view(entry.value) : points;
   std::string_view tag = item.ItemType == kEquipment ? "count" : "";
   if (!points.empty()) tag = "points";
@@ -186,8 +186,11 @@ void TraitBringer::Tie(clsItem& item) {
   if (IsSet(bringer_.TagItem("owns"))) {
     item.SetTagItem("keep", std::to_string(id_));
     item.SetTagItem("owned", "yes");
-    std::string pkids(bringer_.FreeTag("pkids"));
-    modLists::InsertItemIntoList(std::to_string(item.IDKey), pkids);
+    // A new number, so the list can't hold it yet.
+    std::string pkids = std::to_string(item.IDKey);
+    if (const std::string_view others = bringer_.FreeTag("pkids"); !others.empty()) {
+      pkids.append(", ").append(others);
+    }
     bringer_.SetTagItem("pkids", pkids);
   }
   if (IsSet(bringer_.TagItem("locks"))) item.SetTagItem("locked", "yes");

@@ -1,4 +1,5 @@
 // Lets the user pick traits from a template's list: the tags `select1`, `select2` and so on.
+#include "character/FormerState.h"
 #include "character/ItemSelection.h"
 #include "character/modDirectives.h"
 
@@ -17,6 +18,8 @@ KVRCharacter::SelectResult KVRCharacter::HandleSelect(clsItem& item, int index, 
   const std::string tag = "select" + std::to_string(index);
   std::string text = item.TagItem(tag);
   if (text.empty()) return {};
+  FormerState::MakeLinks(*this);
+  TrickleRecalcItems();
   env_.log.LogLine("Text for " + tag + " = " + text);
   if (modDirectives::HandleSelectXDirectives(text, *this, {{"%AddedItemsList%", ""}})) return Canceled();
   const SelectText wanted(text);

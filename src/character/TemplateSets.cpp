@@ -1,7 +1,7 @@
 // Moves traits to values that data ask for: `sets`, the values in `adds` and `creates`, and those of needs.
 #include "calc/CalcSteps.h"
 #include "calc/modSolver.h"
-#include "character/KVRCharacter.h"
+#include "character/FormerState.h"
 #include "character/TemplateEntries.h"
 #include "core/Numbers.h"
 
@@ -134,6 +134,8 @@ void KVRCharacter::HandleSets(clsItem& item) {
   const std::string list = item.TagItem("sets");
   if (list.empty()) return;
   TraceScope trace("KVRCharacter:HandleSets");
+  FormerState::MakeLinks(*this);
+  TrickleRecalcItems();
   for (std::string_view text : templateEntries::Split(list)) {
     LogFailure(env_.log, [&] {
       const templateEntries::Entry entry = templateEntries::ReadEntry(text);

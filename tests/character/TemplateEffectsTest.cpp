@@ -346,20 +346,35 @@ TEST(TemplateEffects, ACancelAtAnyPromptLeavesNoTrace) {
       world.Added("Hardy", kAds).SetScoreTo(1);
       world.character.RemoveItem(world.Find("AD:Hardy")->KeyText());
       world.character.RemoveItem(world.Find("SK:Rowing")->KeyText());
-      const std::string before = world.character.FileText(), later = world.Text();
-      const std::string again = world.character.FileText();
+      const std::string totals = world.Text(), before = world.character.FileText();
       world.prompts.CancelAt(number);
       const std::int32_t id = world.Use(tags);
       asked = std::max(asked, world.prompts.Asked());
       if (id == 0) {
         ++cancels;
-        EXPECT_EQ(world.character.FileText(), again) << tags << " at " << number;
-        EXPECT_EQ(world.Text(), later);
+        EXPECT_EQ(world.character.FileText(), before) << tags << " at " << number;
+        EXPECT_EQ(world.Text(), totals) << tags << " at " << number;
       }
     }
     const bool selects = std::string_view(tags).find("select") != npos;
     EXPECT_GE(cancels, selects ? 1 : 0) << tags;
   }
+}
+
+// What a template brings is linked at its end, but a formula in it reads what came before.
+TEST(TemplateEffects, AFormulaReadsWhatTheTemplateChangedBefore) {
+  TemplateWorld world;
+  world.Load(
+      "[ATTRIBUTES]\r\nLift, symbol(LF), basevalue(5 + AD:Iron Arm::level), step(1)\r\n"
+      "[ADS]\r\nStrider, 1/2/3, init(ST:Lift - 6)\r\n"
+      "[TEMPLATES]\r\nPorter, adds({AD:Iron Arm = 3})\r\n");
+  world.Added("Lift", kStats);
+  world.Use("adds(TE:Porter, AD:Hardy, AD:Fortune, AD:Strider, {SK:Rowing = ST:Lift + 5})");
+  EXPECT_EQ(world.Read("ST:Lift", "score"), "8");
+  EXPECT_EQ(world.Read("AD:Strider", "level"), "2");
+  EXPECT_EQ(world.Read("SK:Rowing", "level"), "13");
+  world.Find("AD:Iron Arm")->SetScoreTo(1);
+  EXPECT_EQ(world.Read("ST:Lift", "score"), "6");
 }
 
 TEST(TemplateEffects, AnInnerCancelTakesBackOnlyWhatTheInnerDid) {
