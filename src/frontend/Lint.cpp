@@ -82,18 +82,20 @@ std::string ShownName(const clsSystemItem& item) {
 
 using Brought = std::vector<const clsSystemItem*>;
 
-void AddBrought(const KVRSystem& system, std::string_view adds, std::string_view creates, Brought& brought) {
+void AddBrought(const KVRSystem& system, std::string_view adds, std::string_view creates, Brought& brought,
+                int depth = 0) {
   for (std::string_view text : templateEntries::Split(adds)) {
     const EffectEntry entry = ReadEffectEntry(text);
     const clsSystemItem* item = system.FindItem(entry.name, entry.type);
     if (!item) item = system.FindItem(modPrefixes::SplitNameAndExt(entry.name).name, entry.type);
     if (item && entry.type != kNoType) brought.push_back(item);
   }
-  // What is made here can add in its turn, and make no more than its own text holds.
+  if (depth >= kDeepest) return;
+  // What is made here can add and make in its turn.
   for (std::string_view text : templateEntries::Split(creates)) {
     const std::string tags = "," + TagsOfCreated(ReadEffectEntry(text));
-    const std::string inner(modTags::GetTagValue("adds", tags));
-    if (!inner.empty()) AddBrought(system, inner, modTags::GetTagValue("creates", tags), brought);
+    const std::string_view inner = modTags::GetTagValue("creates", tags);
+    AddBrought(system, modTags::GetTagValue("adds", tags), inner, brought, depth + 1);
   }
 }
 

@@ -48,14 +48,19 @@ struct Check {
   const KnownNames& names;
   const Complain& complain;
   std::string_view tag;
+  int depth = 0;  // of traits made within traits
 
   void Tell(std::string_view what, std::string_view found) const {
     complain(std::string(what) + " in " + std::string(tag), found);
   }
 };
 
+// Traits within traits and groups within groups are looked into so deep.
+inline constexpr int kDeepest = 100;
+
 // All tags of a record; `type` is 0 for a modifier.
-void CheckTags(ItemType type, std::string_view tagString, const KnownNames& names, const Complain& complain);
+void CheckTags(ItemType type, std::string_view tagString, const KnownNames& names, const Complain& complain,
+               int depth = 0);
 
 void CheckFormula(const Check& check, std::string_view formula);
 void CheckNeeds(const Check& check, std::string_view needs);

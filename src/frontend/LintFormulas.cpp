@@ -13,7 +13,6 @@
 namespace kvr::Lint {
 namespace {
 
-constexpr int kDeepest = 100;
 // Functions whose arguments are texts.
 constexpr std::array<std::string_view, 5> kTextFunctions = {"@hasmod", "@ownerhasmod", "@itemhasmod",
                                                             "@sametext", "@textindexedvalue"};

@@ -13,7 +13,6 @@
 namespace kvr::Lint {
 namespace {
 
-constexpr int kDeepestGroup = 100;
 // What a number in needs can count without naming it.
 constexpr std::array<std::string_view, 16> kCounted = {"quirks",           "perks",
                                                        "spells",           "skills",
@@ -77,7 +76,7 @@ void CheckNeed(const Check& check, std::string_view entry) {
 }
 
 void CheckNeedsTo(const Check& check, std::string_view needs, int depth) {
-  if (depth > kDeepestGroup) return check.Tell("Groups nested too deep", needs);
+  if (depth > kDeepest) return check.Tell("Groups nested too deep", needs);
   for (std::string_view list : modNewParser::ParseSplitChars(needs, "|", modNewParser::kNames)) {
     for (std::string_view entry : modNewParser::ParseSplitChars(list, ",", modNewParser::kNames)) {
       if (IsUnsettled(entry)) continue;
@@ -156,8 +155,9 @@ void CheckCreated(const Check& check, std::string_view text) {
   const EffectEntry entry = ReadEffectEntry(text);
   CheckWith(check, entry.with);
   if (entry.type == kNoType) return check.Tell("An entry without the prefix of a type", text);
-  CheckTags(entry.type, TagsOfCreated(entry), check.names,
-            [&](std::string_view what, std::string_view found) { check.Tell(what, found); });
+  if (check.depth >= kDeepest) return check.Tell("Traits nested too deep", text.substr(0, 80));
+  const auto complain = [&](std::string_view what, std::string_view found) { check.Tell(what, found); };
+  CheckTags(entry.type, TagsOfCreated(entry), check.names, complain, check.depth + 1);
 }
 
 template <class Entry>

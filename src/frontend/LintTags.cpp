@@ -62,13 +62,14 @@ constexpr TagCheck kTagChecks[] = {{"needs", CheckNeeds},
 
 }  // namespace
 
-void CheckTags(ItemType type, std::string_view tagString, const KnownNames& names, const Complain& complain) {
+void CheckTags(ItemType type, std::string_view tagString, const KnownNames& names, const Complain& complain,
+               int depth) {
   for (const modTags::TagItem& item : modTags::ReturnTagItems(tagString)) {
     const bool hasSkillType = item.name == "type" && (type == kSkills || type == kSpells);
     if (hasSkillType && !item.value.empty() && !IsUnsettled(item.value) && !names.HasSkillType(item.value))
       complain("An unknown skill type", item.value);
     for (const TagCheck& check : kTagChecks)
-      if (check.tag == item.name) check.run({names, complain, check.tag}, item.value);
+      if (check.tag == item.name) check.run({names, complain, check.tag, depth}, item.value);
   }
 }
 

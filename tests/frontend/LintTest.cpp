@@ -118,6 +118,21 @@ TEST(Lint, TellsFileLineAndText) {
   }
 }
 
+// Traits in traits, groups in groups and functions in functions are left alone where they are too deep.
+TEST(Lint, ComesToAnEnd) {
+  const auto nested = [](std::string_view open, std::string_view inside, std::string_view close) {
+    std::string text(inside);
+    for (int i = 0; i < 20000; ++i) text.insert(0, open), text += close;
+    return text;
+  };
+  EXPECT_NE(Findings("[ADS]\nA, needs(" + nested("(", "AD:Bald", ")") + ")").find("nested too deep"), npos);
+  EXPECT_NE(Findings("[ADS]\nA, upto(" + nested("@max(", "1", ")") + ")").find("nested too deep"), npos);
+  EXPECT_NE(
+      Findings("[ADS]\nA, creates(" + nested("{AD:A, creates(", "AD:B", ")}") + ")").find("nested too deep"),
+      npos);
+  EXPECT_NE(Findings("[ADS]\nA, creates(" + std::string(20000, '{')).find("Unmatched"), npos);
+}
+
 TEST(Lint, TellsOnlyOfTheFilesAskedForAndInTheirOrder) {
   TestWorld world;
   const std::string a = world.Write("a.kdf", "Version=3\r\n[ADS]\r\nA, needs(AD:B)\r\nC, needs(AD:Z)\r\n");
