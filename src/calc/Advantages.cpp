@@ -19,7 +19,8 @@ struct LevelLimits {
 };
 
 std::int16_t SolvedTag(clsItem& item, std::string_view tag) {
-  return CInt(explain::SolvedStep(item, tag, item.FreeTag(tag), explain::Detail::Needed));
+  const auto detail = tag.ends_with("upto") ? explain::Detail::Optional : explain::Detail::Needed;
+  return CInt(explain::SolvedStep(item, tag, item.FreeTag(tag), detail));
 }
 
 LevelLimits ReadLimits(clsItem& item) {

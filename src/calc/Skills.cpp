@@ -156,6 +156,7 @@ void SkillCalculation::ApplyPoints() {
 void SkillCalculation::FindDefault() {
   explain::Section section(item_, "level,default,deffrom,deflevel");
   defaultLevel_ = item_.privGetDefaultLevel(defaultName_, defaultKey_);
+  if (item_.Maneuver() != 0) NoteDefault();
 }
 
 // To a combination the level of what it joins is what a default is to a technique.
@@ -163,6 +164,8 @@ void SkillCalculation::FindCombinedLevel() {
   explain::Section section(item_, "level,combolevel,deffrom,deflevel");
   CombinedLevelResult combined = CombinedLevel(item_);
   defaultLevel_ = CLngClamped(static_cast<double>(combined.level) + type_->Base());
+  explain::Note(item_, type_->Name, " starts at: ", defaultLevel_, " (",
+                explain::Signed{static_cast<double>(type_->Base())}, ")");
   defaultName_ = std::move(combined.source.name);
   defaultKey_ = combined.source.idKey;
   WriteTag(item_, "combolevel", std::to_string(defaultLevel_));
@@ -170,11 +173,12 @@ void SkillCalculation::FindCombinedLevel() {
 
 // A technique or combination without points is at its default.
 void SkillCalculation::FindLevelAboveDefault() {
-  explain::Section section(item_, "level,baselevel,deffrom,deflevel,type");
   WriteDefault(defaultLevel_);
-  const bool hasPoints = applicable_ > Currency();
-  level_ = type_->SubZero && !hasPoints ? defaultLevel_
-                                        : SkillScale(item_, *type_).Level(defaultLevel_, applicable_);
+  level_ = defaultLevel_;
+  if (type_->SubZero && applicable_ <= Currency()) return;
+  const SkillScale scale(item_, *type_);
+  explain::Section section(item_, "level,baselevel,type");
+  level_ = scale.Level(defaultLevel_, applicable_);
 }
 
 // A default above the start value is worth the points that its level would cost, and the user's own points
@@ -191,6 +195,7 @@ void SkillCalculation::FindLevel() {
   }
   if (default_ > Currency()) {
     WriteDefault(defaultLevel_);
+    NoteDefault();
     explain::Note(item_, "that is worth ", explain::Points{default_});
     section.Now("level,baselevel");
     ApplyPoints();
@@ -238,6 +243,7 @@ void SkillCalculation::HoldPointsToLimit() {
   RaiseToWholePoint();
   ApplyPoints();
   explain::Note(item_, "points spent in its place: ", spent_);
+  section.Now("level,baselevel");
   level_ = scale.Level(defaultLevel_, applicable_);
 }
 
