@@ -57,6 +57,16 @@ std::size_t EndOfWord(std::string_view text, std::size_t at) {
   return at;
 }
 
+// "me::reach" in the tag `reach`.
+bool ReadsItself(std::string_view value, std::string_view tag) {
+  const std::string reference = "me::" + std::string(tag);
+  for (std::size_t at = FindNoCase(value, reference); at != npos;
+       at = FindNoCase(value, reference, at + reference.size())) {
+    if (EndOfWord(value, at + reference.size()) == at + reference.size()) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 const std::array<WeaponTags::Row, WeaponTags::kRows> WeaponTags::kTable = {{
@@ -220,7 +230,7 @@ bool WeaponTags::SubstituteOwnMode(std::string& text, std::size_t mode) {
 std::string WeaponTags::OwnValue(std::string_view tag, std::size_t mode) {
   const std::size_t row = RowOf(tag);
   std::string value = row < kRows ? Value(row, mode) : item_.DamageModeTagItem(mode, tag);
-  if (value.empty()) return "0";
+  if (value.empty() || (row == kRows && ReadsItself(value, tag))) return "0";
   return formulaText::IsFormula(value) ? "(" + value + ")" : value;
 }
 

@@ -101,10 +101,17 @@ TEST(SkillDefaults, TheBestIsTaken) {
     EXPECT_EQ(name, c.name);
     EXPECT_EQ(key, c.key);
   }
+}
+
+// A tag that can't be worked out is logged whenever it is read.
+TEST(SkillDefaults, EachIsSolvedOnce) {
   DefaultWorld world;
   std::string defaults;
-  for (int i = 0; i < 200; ++i) defaults += "SK:Riding-" + std::to_string(200 - i) + ",";
-  clsItem& many = world.PutSkill("name(New),type(IQ/E),default(" + defaults + ")");
+  for (int i = 0; i < 200; ++i) defaults += "SK:Riding::probe#-" + std::to_string(200 - i) + ",";
+  world.character.FindItem("Riding", kSkills)->SetTagItem("probe#", "@sqr(0-1)");
+  clsItem& many = world.Put(kSkills, "name(New),type(IQ/E),default(" + defaults + "SK:Riding-1)");
+  many.Calculate();
+  EXPECT_EQ(world.Logged("@sqr(0-1)"), 200);
   EXPECT_EQ(many.Level(), 9);
 }
 
