@@ -1,5 +1,5 @@
-// Adding a template that brings many traits, each with a directive, a level and a modifier, and giving the
-// whole of it back by a cancel at the end.
+// Adding a template that brings many traits, with directives, levels and modifiers; removing it; and giving
+// the whole of it back by a cancel at the end.
 #include <benchmark/benchmark.h>
 
 #include "BenchCharacter.h"
@@ -85,7 +85,25 @@ void CancelTemplate(benchmark::State& state) {
   state.SetComplexityN(count);
 }
 
+void RemoveTemplate(benchmark::State& state) {
+  const int count = static_cast<int>(state.range(0));
+  for (auto _ : state) {
+    state.PauseTiming();
+    {
+      TemplateWorld world(count);
+      const std::int32_t id = world.Add("Whole");
+      state.ResumeTiming();
+      world.character.RemoveItem(KeyTextOf(id));
+      state.PauseTiming();
+      if (world.character.Items.Count() != 100) return state.SkipWithError("traits stayed behind");
+    }
+    state.ResumeTiming();
+  }
+  state.SetComplexityN(count);
+}
+
 BENCHMARK(AddTemplate)->Arg(50)->Arg(200)->Arg(800)->Unit(benchmark::kMillisecond)->Complexity();
+BENCHMARK(RemoveTemplate)->Arg(50)->Arg(200)->Arg(800)->Unit(benchmark::kMillisecond)->Complexity();
 BENCHMARK(CancelTemplate)->Arg(50)->Arg(200)->Arg(800)->Unit(benchmark::kMillisecond)->Complexity();
 
 }  // namespace

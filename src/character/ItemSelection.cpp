@@ -121,7 +121,10 @@ void ItemSelection::OfferEntry(std::string_view entry, std::string_view codes) {
           ? std::string_view()
           : entry.substr(static_cast<std::size_t>(pieces.Token(2).data() - entry.data()));
   const auto [prefix, name, type] = templateEntries::ReadReference(head);
-  log.LogLine("Prefix = " + prefix + ", Rest = " + name + ", curItem = " + std::string(entry));
+  log.LogLine("Prefix = " + prefix);
+  log.LogLine("Rest = " + name);
+  log.LogLine("ListNum = " + std::to_string(type));
+  log.LogLine("curItem = " + std::string(entry));
   if (type == kNoType || name.empty()) {
     return log.LogRed(prefix + ":" + name + ": Didn't find item: " + std::string(entry));
   }
@@ -144,6 +147,7 @@ void ItemSelection::OfferEntry(std::string_view entry, std::string_view codes) {
       AppendTag(offered.tagList, tag.name, tag.value);
     }
   }
+  log.LogLine("newItem = " + offered.tagList);
   AddOffered(std::move(offered), codes);
 }
 
