@@ -90,7 +90,14 @@ void FormerState::Restore() {
   PutRecordsBack();
   RelinkAndRecalculate();
   PutTextsBack();
+  QueueWhatWaited();
   character_.env_.events.RefreshLists();
+}
+
+// In a creation that goes on, a trait may have waited for its calculation when it was noted.
+void FormerState::QueueWhatWaited() {
+  if (character_.formerStates_.size() < 2) return;
+  for (const auto& [id, former] : items_) character_.QueueKey(id);
 }
 
 // The links to them fall with all others, before anything is calculated.

@@ -89,6 +89,7 @@ class FormerState {
   void PutRecordsBack();
   void RelinkAndRecalculate();
   void PutTextsBack();
+  void QueueWhatWaited();
 
   KVRCharacter& character_;
   const std::int32_t lastKey_, lastKeyTemp_;

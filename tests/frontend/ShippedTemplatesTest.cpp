@@ -104,12 +104,20 @@ class ShippedTemplates : public testing::Test {
     return character_->AddItemFromSystem(system_.FindItem(name, kPackages)->CollectionKey(), "", 0, 0, 0);
   }
 
+  // Nothing that reads what has changed waits for its calculation.
+  void ExpectUpToDate(const std::string& name) {
+    character_->CalcPointCosts();
+    const std::string before = Text();
+    character_->RecalculateAll();
+    EXPECT_EQ(Text(), before) << name;
+  }
   // Removes the template, and the one piece that the data hands over for good.
   void Remove(const std::string& name, std::int32_t id) {
     character_->RemoveItem(KeyTextOf(id));
     const clsItem* gift = name == "Sellsword" ? character_->FindItem("Whetstone", kEquipment) : nullptr;
     EXPECT_EQ(gift != nullptr, name == "Sellsword");
     if (gift) character_->RemoveItem(gift->KeyText());
+    character_->CalcPointCosts();
   }
   // What it does to traits that were there stays: only tags and the character's own texts are put back.
   bool Lasts(const std::string& name) const {
@@ -139,7 +147,10 @@ TEST_F(ShippedTemplates, ACancelAtAnyQuestionLeavesNothingBehind) {
         const std::int32_t id = Add(name);
         if (prompts_.Asked() < question) break;
         id == 0 ? ++cancelled : ++leftOut;
-        if (id != 0) Remove(name, id);
+        if (id != 0) {
+          ExpectUpToDate(name);
+          Remove(name, id);
+        }
         EXPECT_EQ(Text(), before) << name << " on the " << sample.name << ", question " << question;
       }
     }
@@ -157,6 +168,7 @@ TEST_F(ShippedTemplates, RemovalRestoresTheCharacter) {
       const std::string before = Text();
       if (const std::int32_t id = Add(name)) {
         EXPECT_NE(Text(), before) << name;
+        ExpectUpToDate(name);
         Remove(name, id);
         if (!Lasts(name)) {
           EXPECT_EQ(Text(), before) << name << " on the " << sample.name;
