@@ -74,7 +74,8 @@ void ItemRemoval::Remove(clsItem& item) {
   Step([&] { character_.ClearAffectsLinks(item); });
   TakeOff(item);
   std::erase(character_.removing_, id);
-  Step([&] { character_.TrickleRecalcItems(); });
+  // Components leave before their bringer, which must not be calculated anew for each of them.
+  if (character_.removing_.empty()) Step([&] { character_.TrickleRecalcItems(); });
 }
 
 void ItemRemoval::DropRecords(clsItem& item) {
