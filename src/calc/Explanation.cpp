@@ -26,7 +26,7 @@ bool IsSameFormula(std::string_view a, std::string_view b) {
 
 // Without the blanks that numbers bring along when they are put in: "12-5" for "12- 5".
 std::string Tidied(std::string_view formula) {
-  const auto isMark = [](char c) { return std::string_view("(+-*/,<>=^").find(c) != npos; };
+  const auto isMark = [](char c) { return std::string_view("(+-*/<>=^").find(c) != npos; };
   std::string tidy;
   for (std::size_t i = 0; i < formula.size(); ++i) {
     const bool isBehindMark = i >= 2 && isMark(formula[i - 1]) && formula[i - 2] != ' ';

@@ -38,6 +38,15 @@ void Trace(Context& context, std::string_view stage, double value) {
   if (context.state.trace) Trace(context, stage, Str(value));
 }
 
+// A result, which the explanation of a calculation shows with its formula.
+template <class Solve>
+double Explained(Context& context, std::string_view formula, Solve&& solve) {
+  if (context.state.record == nullptr) return solve();
+  explain::Step step(context.state);
+  step.Formula(formula);
+  return step.Is(solve());
+}
+
 // Whether an expression has words that read its context, so that its value is not kept.
 bool NamesContext(std::string_view expression) {
   const auto anyAt = [&](std::size_t i, std::initializer_list<std::string_view> words) {
@@ -109,10 +118,10 @@ void ReplaceAtFunctions(std::string_view text, std::string& replaced, Context& c
       begin = open == npos ? EndOfWord(text, at + 1) : text.size();
       continue;
     }
-    explain::Step call(context.state);
-    call.Formula(text.substr(at, open + 1 + length + 1 - at));
-    CallAtFunction(Trim(text.substr(at, open - at)), Trim(text.substr(open + 1, length)), context, result);
-    call.Is(result);
+    result = Explained(context, text.substr(at, open + 1 + length + 1 - at), [&] {
+      CallAtFunction(Trim(text.substr(at, open - at)), Trim(text.substr(open + 1, length)), context, result);
+      return result;
+    });
     if (!(result < 0)) replaced += ' ';
     AppendStr(replaced, result);
     begin = open + 1 + length + 1;
@@ -143,9 +152,7 @@ double SolveParts(std::string_view text, Context& context) {
         part = modTools::StripQuotesAndBraces(part);
         if (part.empty()) return;
         Trace(context, ": Before GetItemVal Parts$(", part);
-        explain::Step reference(context.state);
-        reference.Formula(part);
-        const double value = reference.Is(ReferenceValue(part, context));
+        const double value = Explained(context, part, [&] { return ReferenceValue(part, context); });
         Trace(context, ":  After GetItemVal Parts$(", value);
         stack.Push(value, 0);
       },
@@ -194,9 +201,7 @@ class NoCacheScope {
 double SolveNew(std::string_view expression, Context& context) {
   return Guarded("modSolver:Solver", expression, context, [&] {
     NoCacheScope scope(context.state);
-    explain::Step formula(context.state);
-    formula.Formula(expression);
-    const double value = formula.Is(SolveText(expression, context));
+    const double value = Explained(context, expression, [&] { return SolveText(expression, context); });
     if (!context.state.noCache && !NamesContext(expression))
       context.character.TokenCache.Add(expression, value, 0);
     Trace(context, ": Solver Result = ", value);

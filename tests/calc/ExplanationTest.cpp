@@ -98,8 +98,8 @@ TEST(Explanation, WholeTreesOfEachKindOfTrait) {
   level 3 costs: 15 = 5/10
 )"},
       {"Keen", "power#", R"(power# of Keen: 42
-  me::level*@max(2,ST:IQ) = 42
-    @max(2,ST:IQ) = 14
+  me::level*@max(2, ST:IQ) = 42
+    @max(2, ST:IQ) = 14
       ST:IQ = 14
     me::level = 3
 )"},
