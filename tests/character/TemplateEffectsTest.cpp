@@ -395,6 +395,19 @@ TEST(TemplateEffects, AnInnerCancelTakesBackOnlyWhatTheInnerDid) {
   EXPECT_EQ(world.Read("AD:Bearer", "page"), "");
 }
 
+TEST(TemplateEffects, AFailingFormulaDeepInsideLeavesNoTrace) {
+  TemplateWorld world;
+  world.Load(
+      "[ADS]\r\nCursed, 5, init(AD:Bearer::page + 1)\r\n"
+      "[TEMPLATES]\r\nDoom, race(Ghost), mergetags(in AD:Bearer with cat(Odd)), adds(AD:Cursed)\r\n");
+  world.Find("AD:Bearer")->SetTagItem("page", "none");
+  const std::string before = world.Text();
+  EXPECT_THROW(world.Use("sets(ST:MG = 14),addmods(Fine to AD:Bearer),adds(AD:Fortune, TE:Doom)"),
+               SolverFailure);
+  EXPECT_EQ(world.Text(), before);
+  EXPECT_EQ(world.Read("ST:Might", "score"), "11");
+}
+
 TEST(TemplateEffects, AnOlderTraitThatWasTakenAwayComesBackWhole) {
   TemplateWorld world;
   clsItem& bearer = *world.Find("AD:Bearer");
