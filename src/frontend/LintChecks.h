@@ -67,6 +67,7 @@ void CheckNeeds(const Check& check, std::string_view needs);
 void CheckBonuses(const Check& check, std::string_view sentences);
 void CheckAdds(const Check& check, std::string_view entries);
 void CheckCreates(const Check& check, std::string_view entries);
+void CheckSelect(const Check& check, std::string_view text);
 
 // True for a text that only adding the trait completes: it holds a directive or a variable ("%choice%").
 bool IsUnsettled(std::string_view text);

@@ -103,6 +103,9 @@ TEST(Lint, TellsFileLineAndText) {
       {"[TEMPLATES]/n/A, creates({SK:Poling, GT/X, needs(AD:Bald)})/n/B, needs(SK:Poling)",
        "own.kdf:3: An unknown skill type in creates (GT/X)/n/own.kdf:3: No such trait in needs in creates "
        "(AD:Bald)"},
+      {"[TEMPLATES]/n/A, select2(itemswanted(2), list(SK:Rowing, {AD:New, 5}, #list(X), SK:Poling)), "
+       "selection(SK:X)",
+       "own.kdf:3: No such trait in select2 (SK:Poling)"},
       // What leads back, also by way of other files and of what is made
       {"[TEMPLATES]/n/A, adds(TE:A)", "own.kdf:3: A trait that leads back to itself (TE:A > TE:A)"},
       {"[TEMPLATES]/n/Ferryman, 0, creates({AD:X, adds(TE:Boatman)})",
