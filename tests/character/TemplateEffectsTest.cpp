@@ -395,6 +395,19 @@ TEST(TemplateEffects, AnInnerCancelTakesBackOnlyWhatTheInnerDid) {
   EXPECT_EQ(world.Read("AD:Bearer", "page"), "");
 }
 
+// A record of an older trait that reads what came and went.
+TEST(TemplateEffects, AnOlderBonusHasItsFormerValueAfterACancel) {
+  TemplateWorld world;
+  world.character.CreateNewItem(kAds, "name(Lifter),gives(+AD:Iron Arm::level to ST:MG)", "", "", 0, 0, 0);
+  const std::string before = world.Text();
+  world.prompts.CancelAt(1);
+  EXPECT_EQ(world.Use("adds(AD:Iron Arm = 3),select1(list(AD:Hardy))"), 0);
+  EXPECT_EQ(world.prompts.Asked(), 1);
+  EXPECT_EQ(world.Text(), before);
+  world.Use("adds(AD:Iron Arm = 3)");
+  EXPECT_EQ(world.Read("ST:Might", "score"), "14");
+}
+
 TEST(TemplateEffects, AFailingFormulaDeepInsideLeavesNoTrace) {
   TemplateWorld world;
   world.Load(
