@@ -359,6 +359,22 @@ TEST(Explanation, LinesOfSumsAndChildren) {
   lineStands("-", "statcost", "Wits: 80");
   lineStands("-", "dollarcost", "Bag: 43");
   lineStands("-", "totalweight", "Bag: 44");
+  lineStands("-", "baseth", "thrust by the table: 2d");
+  clsItem& giver =
+      world.Put(kAds, "name(Help),level(1),gives(+1 to SK:Blank, +.5 to SK:Bow, +2 to EQ:Rod::damage)");
+  world.character.AddBonusesFromOwner(giver);
+  for (clsItem* target : {&world.Put(kSkills, "name(Blank),type(IQ/H)"),
+                          &world.Put(kSkills, "name(Bow),type(IQ/H),basepoints(1)"),
+                          &world.Put(kEquipment, "name(Rod),count(1),mode(Poke),damage(1d)")}) {
+    world.character.CreateAffectsLinks(*target);
+  }
+  lineStands("Blank", "level", "bonuses give no level to a skill that was not learned");
+  lineStands("Bow", "level", "rounded to 0");
+  lineStands("Rod", "damage", "with its bonuses: 1d+2");
+  clsItem& grit = world.Put(kStats, "name(Grit),basevalue(10),step(1),level(2),up(10),inplaymult(2)");
+  world.character.SetInPlay(true);
+  grit.SetTagItem("frozencost", "5");
+  lineStands("Grit", "points", "in play: x2, less what it cost before: 5");
   world.character.CharTagList = ",baseswdice(ST:IQ),";
   lineStands("-", "basesw", "baseswdice: 14 = ST:IQ");
 }
