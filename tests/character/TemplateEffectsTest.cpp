@@ -408,6 +408,20 @@ TEST(TemplateEffects, AnOlderBonusHasItsFormerValueAfterACancel) {
   EXPECT_EQ(world.Read("ST:Might", "score"), "14");
 }
 
+TEST(TemplateEffects, ACancelKeepsThePlacesOfTagsAndTheCategories) {
+  TemplateWorld world;
+  world.Added("Fortune", kAds);
+  const std::int32_t id =
+      world.character.CreateNewItem(kAds, "name(Lone),taboo(AD:Fortune)", "", "", 0, 0, 0);
+  ASSERT_NE(world.Tag(id, "tabootext"), "");
+  world.character.ItemByKey(id)->SetTagItem("zeal", "1");  // behind what the check wrote
+  const std::string before = world.Text();
+  world.Answer("yes");
+  world.Answer("cancel");
+  EXPECT_EQ(world.Use("adds(AD:Fortune),creates({AD:Seen, 1, cat(Unheard)}),select1(list(AD:Hardy))"), 0);
+  EXPECT_EQ(world.Text(), before);
+}
+
 TEST(TemplateEffects, AFailingFormulaDeepInsideLeavesNoTrace) {
   TemplateWorld world;
   world.Load(
