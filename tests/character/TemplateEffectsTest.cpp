@@ -429,8 +429,9 @@ TEST(TemplateEffects, AFailingFormulaDeepInsideLeavesNoTrace) {
       "[TEMPLATES]\r\nDoom, race(Ghost), mergetags(in AD:Bearer with cat(Odd)), adds(AD:Cursed)\r\n");
   world.Find("AD:Bearer")->SetTagItem("page", "none");
   const std::string before = world.Text();
-  EXPECT_THROW(world.Use("sets(ST:MG = 14),addmods(Fine to AD:Bearer),adds(AD:Fortune, TE:Doom)"),
+  EXPECT_THROW(world.Use("sets(ST:MG = 14),addmods(Fine to AD:Bearer),adds(AD:Fortune, TE:Doom respond x)"),
                SolverFailure);
+  EXPECT_EQ(world.character.ResponseCount(), 0u);
   EXPECT_EQ(world.Text(), before);
   EXPECT_EQ(world.Read("ST:Might", "score"), "11");
 }
