@@ -12,6 +12,20 @@ std::string ShownName(const clsSystemItem& item) {
   return std::string(modPrefixes::ItemTypeName(item.ItemType)) + ":" + item.FullName();
 }
 
+// The way is listed from its end; of a long one the middle is left out.
+std::string ShownWay(const std::vector<const clsSystemItem*>& way) {
+  constexpr std::size_t kMostNames = 12;
+  std::string text = ShownName(*way.front());
+  for (std::size_t i = way.size() - 1; i > 0; --i) {
+    if (way.size() <= kMostNames || i < 2 || i > way.size() - kMostNames) {
+      text += " > " + ShownName(*way[i]);
+    } else if (i == 2) {
+      text += " > ...";
+    }
+  }
+  return text + " > " + ShownName(*way.front());
+}
+
 }  // namespace
 
 Circles::Circles(const KVRSystem& system) : system_(system) {
@@ -76,9 +90,9 @@ std::string Circles::WayBack(const clsSystemItem& start) {
         if (bringer.emplace(to, from).second) queue.push_back(to);
         continue;
       }
-      std::string way = ShownName(start);
-      for (; from != &start; from = bringer[from]) way.insert(0, ShownName(*from) + " > ");
-      return ShownName(start) + " > " + way;
+      std::vector<const clsSystemItem*> way = {&start};
+      for (; from != &start; from = bringer[from]) way.push_back(from);
+      return ShownWay(way);
     }
   }
   return "";

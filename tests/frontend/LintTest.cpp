@@ -121,6 +121,17 @@ TEST(Lint, TellsFileLineAndText) {
   }
 }
 
+TEST(Lint, ShortensALongWayBack) {
+  std::string data = "[TEMPLATES]";
+  for (int i = 0; i < 20; ++i)
+    data += "\nT" + std::to_string(i) + ", adds(TE:T" + std::to_string((i + 1) % 20) + ")";
+  const std::string findings = Findings(data);
+  EXPECT_EQ(
+      findings.substr(0, findings.find('\n')),
+      "own.kdf:3: A trait that leads back to itself (TE:T0 > TE:T1 > TE:T2 > TE:T3 > TE:T4 > TE:T5 > TE:T6 > "
+      "TE:T7 > TE:T8 > TE:T9 > TE:T10 > TE:T11 > ... > TE:T19 > TE:T0)");
+}
+
 // Traits in traits, groups in groups and functions in functions are left alone where they are too deep.
 TEST(Lint, ComesToAnEnd) {
   const auto nested = [](std::string_view open, std::string_view inside, std::string_view close) {
