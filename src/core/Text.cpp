@@ -92,14 +92,15 @@ std::string LCase(std::string_view text) {
   return lowered;
 }
 
-void LCaseInPlace(std::string& text) {
+void LCaseInPlace(char* data, std::size_t size) {
   unsigned char seen = 0;
-  for (char& c : text) {
+  for (std::size_t i = 0; i < size; ++i) {
+    const char c = data[i];
     seen = static_cast<unsigned char>(seen | static_cast<unsigned char>(c));
     const bool upper = static_cast<unsigned char>(c - 'A') < 26;
-    c = static_cast<char>(c | (upper ? 0x20 : 0));
+    data[i] = static_cast<char>(c | (upper ? 0x20 : 0));
   }
-  if (seen & 0x80) LowerLetters(text.data(), text.size());
+  if (seen & 0x80) LowerLetters(data, size);
 }
 
 std::string UCase(std::string_view text) {

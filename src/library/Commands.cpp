@@ -139,13 +139,13 @@ bool CommandRun::DoCommandClone(std::string_view argument) {
     return true;
   }
   if (target.hasPrefix && target.type != source->ItemType) return false;
-  auto item = std::make_unique<clsSystemItem>();
-  item->ItemType = source->ItemType;
-  item->IDKey = system_.NewKey();
-  item->NewTagList(source->TagList());
-  item->SetName(target.name);
-  item->SetNameExt(target.ext);
-  system_.AddOrReplaceItem(std::move(item), currentCategory_);
+  clsSystemItem& item = system_.NewItem();
+  item.ItemType = source->ItemType;
+  item.IDKey = system_.NewKey();
+  item.NewTagList(source->TagList());
+  item.SetName(target.name);
+  item.SetNameExt(target.ext);
+  system_.AddOrReplaceItem(item, currentCategory_);
   return true;
 }
 

@@ -126,7 +126,7 @@ class PlainFields {
     std::int64_t braces = 0;
     if (!PassOpening(open)) return false;
     while (depth > 0) {
-      const std::size_t i = marks_.Next();
+      const std::size_t i = marks_.NextButCommas();
       if (i == npos) return false;
       switch (line_[i]) {
         case '(':
@@ -142,10 +142,8 @@ class PlainFields {
         case '{':
           ++braces;
           break;
-        case '}':
-          --braces;
-          break;
         default:
+          --braces;
           break;
       }
     }
@@ -190,26 +188,28 @@ std::string ToTagString(std::string_view line, Kind kind, Notes& notes) {
 }
 
 bool ReadPlainLine(clsSystemItem& item, std::string_view line, Kind kind, Notes& notes) {
+  constexpr std::size_t kMarksOfBareField = 8;  // "cost" and the marks around it
+  RecordParts parts(item.Room(line.size() + kMarksOfBareField));
   PlainFields fields(line);
-  item.BeginTagList(line.size() + 8);
   const bool plain = fields.ForEach([&](std::string_view field, std::size_t number, std::size_t open) {
     if (number == 1) {
       const auto [name, ext] = FirstField(field);
-      item.SetName(name);
-      if (!ext.empty()) item.SetNameExt(ext);
+      parts.Name = name;
+      if (!ext.empty()) parts.NameExt = ext;
     } else if (number == 2 && open == npos && !BareSecondField(kind).empty()) {
-      item.AddTag(BareSecondField(kind), field);
+      parts.AddTag(BareSecondField(kind), field);
     } else if (!field.empty()) {
       NoteField(field, open, notes);
-      if (open != npos) item.AddTagPiece(field, open);
+      if (open != npos) parts.AddPiece(field, open);
     }
   });
-  if (plain && fields.MayHoldDisplay()) item.EndTagList();
-  return plain;
+  if (!plain) return false;
+  item.TakeParts(parts);
+  if (fields.MayHoldDisplay()) item.DropNeedlessDisplay();
+  return true;
 }
 
 void ReadByTagString(clsSystemItem& item, std::string_view line, Kind kind, Notes& notes) {
-  item.Clear();
   notes = {};
   item.NewTagList(ToTagString(line, kind, notes));
 }

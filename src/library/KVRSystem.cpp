@@ -225,6 +225,8 @@ void KVRSystem::InitFullTagList() {
 
 void KVRSystem::ClearLibrary() {
   Items.Clear();
+  itemRecords_.FreeAll();
+  itemTexts_.FreeAll();
   Cats.Clear();
   Groups.Clear();
   Lists.Clear();
@@ -240,21 +242,26 @@ void KVRSystem::ClearLibrary() {
   counts_ = {};
 }
 
-void KVRSystem::AddOrReplaceItem(std::unique_ptr<clsSystemItem> item, std::string_view currentCategory) {
-  clsSystemItem& added = *item;
-  if (added.ItemType == kSpells && added.GetTagItem("type").empty()) added.SetTagItem("type", "M/H");
-  const bool hasCategories = added.ItemType != kStats;
-  const ItemKey key(added.ItemType, added.Name(), added.NameExt());
-  if (const clsSystemItem* standing = Items.AddOrFind(item, key)) {
-    if (hasCategories) added.MergeCategories(standing->Category());
+// A record of the library owns nothing but what lies in the library's memory, so none is ever destroyed.
+clsSystemItem& KVRSystem::NewItem() {
+  return *::new (itemRecords_.Allocate(sizeof(clsSystemItem))) clsSystemItem(itemTexts_);
+}
+
+void KVRSystem::AddOrReplaceItem(clsSystemItem& item, std::string_view currentCategory) {
+  if (item.ItemType == kSpells && item.GetTagItem("type").empty()) item.SetTagItem("type", "M/H");
+  const bool hasCategories = item.ItemType != kStats;
+  const ItemKey key(item.ItemType, item.Name(), item.NameExt());
+  clsSystemItem* added = &item;
+  if (const clsSystemItem* standing = Items.AddOrFind(added, key)) {
+    if (hasCategories) item.MergeCategories(standing->Category());
     Items.Remove(key);
-    Items.Add(std::move(item), key);
-  } else if (IsTraitType(added.ItemType)) {
-    ++counts_[static_cast<std::size_t>(added.ItemType)];
+    Items.Add(&item, key);
+  } else if (IsTraitType(item.ItemType)) {
+    ++counts_[static_cast<std::size_t>(item.ItemType)];
   }
   if (!hasCategories) return;
-  added.MergeCategories(currentCategory);
-  CheckForNewCats(added.Category(), added.ItemType);
+  item.MergeCategories(currentCategory);
+  CheckForNewCats(item.Category(), item.ItemType);
 }
 
 void KVRSystem::CheckForNewCats(std::string_view list, ItemType type) {

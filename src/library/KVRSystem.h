@@ -28,7 +28,8 @@ struct OrderCriterion {
   bool numeric = false;
 };
 
-class clsSortedSystemItemCollection : public SortedCollection<clsSystemItem> {
+// Lists the records, which lie in the memory of the library.
+class clsSortedSystemItemCollection : public SortedCollection<clsSystemItem, clsSystemItem*, Arena> {
  public:
   std::vector<OrderCriterion> OrderBy = {OrderCriterion{}};
   // A second, user-chosen order beside the sorted one; stable. Not kept in step with later inserts.
@@ -124,9 +125,11 @@ class KVRSystem {
   static std::string ReturnModItem(std::string_view line);
   static std::string ReturnGenericItem(std::string_view line);
 
+  // An empty record in the library's memory, where it stays until the library is cleared.
+  clsSystemItem& NewItem();
   // Adds a record as the reader does: merges categories with a record of that key and replaces it, counts it.
   // Attributes have no categories.
-  void AddOrReplaceItem(std::unique_ptr<clsSystemItem> item, std::string_view currentCategory);
+  void AddOrReplaceItem(clsSystemItem& item, std::string_view currentCategory);
   void CheckForNewCats(std::string_view list, ItemType type);
 
   // --- Data file commands and settings (Commands.cpp, DeleteByTag.cpp)
@@ -169,6 +172,7 @@ class KVRSystem {
   void BuildFastFile();
 
   Environment& env_;
+  Arena itemRecords_, itemTexts_;  // apart, so that a walk over the records meets nothing else
   std::int32_t lastKey_ = 0;
   std::array<std::int32_t, 10> counts_{};
   std::unordered_map<std::string, std::size_t> skillTypeIndex_;  // by lower-cased name

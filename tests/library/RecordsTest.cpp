@@ -111,7 +111,7 @@ TEST(SystemItem, EditsSegments) {
   EXPECT_EQ(item.TagListSegmentReplace("cost(1)", refused), "");
   EXPECT_EQ(item.TagItem("cost"), "") << "its tags are in the cache file, not in memory";
   item.FilePos = 0;
-  EXPECT_EQ(item.Name() + item.TagItem("cost"), "Foo7");
+  EXPECT_EQ(item.TagItem("name") + item.TagItem("cost"), "Foo7");
 }
 
 TEST(ModRecord, KeepsItsFieldsInTheList) {
