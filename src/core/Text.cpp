@@ -62,6 +62,20 @@ void LowerLetters(char* data, std::size_t size) {
   }
 }
 
+// Lowers ASCII text of 8 bytes at least, the last word of which may overlap the one before. False at the first
+// word that is not ASCII.
+bool LowerWords(char* data, std::size_t size) {
+  const auto lowerWord = [](char* place) {
+    const std::uint64_t word = LoadWord(place), lowered = LowerWord(word);
+    if (word & kHighBits) return false;
+    std::memcpy(place, &lowered, sizeof lowered);
+    return true;
+  };
+  for (std::size_t i = 0; i + 8 < size; i += 8)
+    if (!lowerWord(data + i)) return false;
+  return lowerWord(data + size - 8);
+}
+
 bool EqualLetters(std::string_view a, std::string_view b) {
   while (!a.empty()) {
     const LoweredLetter x = LowerFrontLetter(a);
@@ -93,6 +107,8 @@ std::string LCase(std::string_view text) {
 }
 
 void LCaseInPlace(char* data, std::size_t size) {
+  constexpr std::size_t kUsualName = 48;
+  if (size >= 8 && size <= kUsualName && LowerWords(data, size)) return;
   unsigned char seen = 0;
   for (std::size_t i = 0; i < size; ++i) {
     const char c = data[i];

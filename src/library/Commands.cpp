@@ -342,6 +342,7 @@ constexpr Setting kSettings[] = {
 
 bool KVRSystem::DoCommand(std::string_view line, std::string_view currentCategory) {
   TraceScope trace("KVRSystem:DoCommand");
+  filedLists_.Clear();
   return CommandRun(*this, line, currentCategory).Run();
 }
 

@@ -78,12 +78,6 @@ void GatherModes(std::string& tags, Notes& notes) {
   tags = std::move(rest);
 }
 
-bool EndsWithTag(std::string_view text, std::string_view tagAndParen) {
-  const std::size_t last = tagAndParen.size() - 2;  // of the name
-  return text.size() > last + 1 && (text[text.size() - 2] | 0x20) == tagAndParen[last] &&
-         EndsWithNoCase(text, tagAndParen);
-}
-
 // Splits a line at the commas outside parentheses, as long as these are surely the commas outside quotes and
 // braces too: where every quote and brace stands in a value and closes in it.
 class PlainFields {
@@ -149,11 +143,13 @@ class PlainFields {
     }
     return !quoted && braces == 0;
   }
+  // False for the one of a mode; notes where a tag "display" may stand. Few names end in their last letters.
   bool PassOpening(std::size_t open) {
+    const int last = open == 0 ? 0 : line_[open - 1] | 0x20;
+    if (last != 'e' && last != 'y') return true;
     const std::string_view before = line_.substr(0, open + 1);
-    if (EndsWithTag(before, kModeTag.substr(1))) return false;
-    mayHoldDisplay_ = mayHoldDisplay_ || EndsWithTag(before, "display(");
-    return true;
+    mayHoldDisplay_ = mayHoldDisplay_ || EndsWithNoCase(before, "display(");
+    return !EndsWithNoCase(before, kModeTag.substr(1));
   }
 
   std::string_view line_;
@@ -187,7 +183,8 @@ std::string ToTagString(std::string_view line, Kind kind, Notes& notes) {
   return tags;
 }
 
-bool ReadPlainLine(clsSystemItem& item, std::string_view line, Kind kind, Notes& notes) {
+bool ReadPlainLine(const KVRSystem& system, clsSystemItem& item, std::string_view line, Kind kind,
+                   Notes& notes) {
   constexpr std::size_t kMarksOfBareField = 8;  // "cost" and the marks around it
   RecordParts parts(item.Room(line.size() + kMarksOfBareField));
   PlainFields fields(line);
@@ -196,6 +193,7 @@ bool ReadPlainLine(clsSystemItem& item, std::string_view line, Kind kind, Notes&
       const auto [name, ext] = FirstField(field);
       parts.Name = name;
       if (!ext.empty()) parts.NameExt = ext;
+      system.ExpectItem(item.ItemType, name, ext);
     } else if (number == 2 && open == npos && !BareSecondField(kind).empty()) {
       parts.AddTag(BareSecondField(kind), field);
     } else if (!field.empty()) {

@@ -131,18 +131,23 @@ std::vector<std::string> KVRSystem::ReturnItemCollectionKeys(ItemType type) cons
   return keys;
 }
 
-// A type, a name and an extension make a key, and the key knows its position.
+// A type, a name and an extension make a key, and the key knows its position. Nearly every full name has the
+// form that keys have.
 std::size_t KVRSystem::ItemPositionByNameAndExt(std::string_view fullName, ItemType type,
                                                 std::size_t start) const {
+  const auto position = [&](std::string_view wanted) -> std::size_t {
+    const ItemType first = type == kNoType ? kFirstType : type;
+    const ItemType last = type == kNoType ? kLastType : type;
+    for (ItemType t = first; t <= last && IsTraitType(t); ++t) {
+      const std::size_t found = Items.PositionOfKey(ItemKey(t, wanted));
+      if (found != 0 && found >= start) return found;
+    }
+    return 0;
+  };
+  if (const std::size_t found = position(fullName)) return found;
   std::string joined;
   const std::string_view wanted = Normalized(fullName, joined);
-  const ItemType first = type == kNoType ? kFirstType : type;
-  const ItemType last = type == kNoType ? kLastType : type;
-  for (ItemType t = first; t <= last && IsTraitType(t); ++t) {
-    const std::size_t position = Items.PositionOfKey(ItemKey(t, wanted));
-    if (position != 0 && position >= start) return position;
-  }
-  return 0;
+  return wanted == fullName ? 0 : position(wanted);
 }
 
 std::size_t KVRSystem::ListItemPosByNameAndExt(ItemType type, std::string_view fullName,
@@ -225,6 +230,7 @@ void KVRSystem::InitFullTagList() {
 
 void KVRSystem::ClearLibrary() {
   Items.Clear();
+  filedLists_.Clear();
   itemRecords_.FreeAll();
   itemTexts_.FreeAll();
   Cats.Clear();
@@ -247,6 +253,10 @@ clsSystemItem& KVRSystem::NewItem() {
   return *::new (itemRecords_.Allocate(sizeof(clsSystemItem))) clsSystemItem(itemTexts_);
 }
 
+void KVRSystem::ExpectItem(ItemType type, std::string_view name, std::string_view ext) const {
+  Items.Expect(ItemKey(type, name, ext));
+}
+
 void KVRSystem::AddOrReplaceItem(clsSystemItem& item, std::string_view currentCategory) {
   if (item.ItemType == kSpells && item.GetTagItem("type").empty()) item.SetTagItem("type", "M/H");
   const bool hasCategories = item.ItemType != kStats;
@@ -259,9 +269,16 @@ void KVRSystem::AddOrReplaceItem(clsSystemItem& item, std::string_view currentCa
   } else if (IsTraitType(item.ItemType)) {
     ++counts_[static_cast<std::size_t>(item.ItemType)];
   }
-  if (!hasCategories) return;
+  if (hasCategories) FileUnder(currentCategory, item);
+}
+
+void KVRSystem::FileUnder(std::string_view currentCategory, clsSystemItem& item) {
+  const std::string_view own = item.Category();
+  if (const std::string_view* whole = filedLists_.Find(item.ItemType, currentCategory, own))
+    return item.ShareCategory(*whole);
   item.MergeCategories(currentCategory);
   CheckForNewCats(item.Category(), item.ItemType);
+  filedLists_.Add(own, item.Category());
 }
 
 void KVRSystem::CheckForNewCats(std::string_view list, ItemType type) {

@@ -22,6 +22,9 @@ class KeyTable {
       if (slots_[i].hash == hash && EqualNoCase(slots_[i].node->Key(), key)) return slots_[i].node;
     return nullptr;
   }
+  void Expect(std::uint64_t hash) const {
+    if (!slots_.empty()) __builtin_prefetch(&slots_[Home(hash)], 1);
+  }
   // Calls make() for a key that is not in the table and keeps the node that it gives; nullptr then, else the
   // node that stands.
   template <class Make>

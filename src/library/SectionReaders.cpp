@@ -83,12 +83,12 @@ void DataFileReader::AddItemFromDataFile(std::string_view wholeLine) {
   const std::size_t childList = line.find('#') == npos ? npos : FindNoCase(line, kChildList);
   if (childList != npos) line = without = HandleChildList(line, childList);
   clsSystemItem& item = system_.NewItem();
+  item.ItemType = section_->itemType;
   ItemLines::Notes notes;
-  if (!ItemLines::ReadPlainLine(item, line, section_->kind, notes)) {
+  if (!ItemLines::ReadPlainLine(system_, item, line, section_->kind, notes)) {
     if (!ParensMatch(wholeLine)) return;
     ItemLines::ReadByTagString(item, line, section_->kind, notes);
   }
-  item.ItemType = section_->itemType;
   item.IDKey = system_.NewKey();
   NoteOddities(notes);
   if (version_ < 3) {

@@ -66,6 +66,9 @@ class SortedCollection {
     if (wanted > order_.capacity()) order_.reserve(std::max(wanted, 2 * order_.capacity()));
   }
 
+  // Brings the place of a key near that is to be looked for soon.
+  void Expect(std::string_view key) const { table_.Expect(HashNoCase(key)); }
+
   std::size_t Count() const { return order_.size() - gaps_; }
   bool Empty() const { return Count() == 0; }
 

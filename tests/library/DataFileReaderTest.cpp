@@ -96,6 +96,8 @@ TEST(ItemLines, ReadTheSameWithAndWithoutATagString) {
       " ", "\"",  "{",    "}", "x(1)",     ", ",           ",y(",
       ")", ")",   "(",    "é", "newmode(", "display(yes)", "words, enough of them to fill much of a block"};
   std::mt19937 random(11);
+  TestWorld world;
+  const KVRSystem system(world.env);
   int plain = 0;
   for (int round = 0; round < 60'000; ++round) {
     std::string line;
@@ -103,7 +105,7 @@ TEST(ItemLines, ReadTheSameWithAndWithoutATagString) {
     const auto kind = static_cast<ItemLines::Kind>(random() % 7);
     ItemLines::Notes notes, otherNotes;
     clsSystemItem read, parsed;
-    if (!ItemLines::ReadPlainLine(read, line, kind, notes)) continue;
+    if (!ItemLines::ReadPlainLine(system, read, line, kind, notes)) continue;
     ++plain;
     ItemLines::ReadByTagString(parsed, line, kind, otherNotes);
     ASSERT_EQ(read.TagList(), parsed.TagList()) << line;
