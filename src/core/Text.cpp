@@ -62,8 +62,8 @@ void LowerLetters(char* data, std::size_t size) {
   }
 }
 
-// Lowers ASCII text of 8 bytes at least, the last word of which may overlap the one before. False at the first
-// word that is not ASCII.
+// Lowers ASCII text of 8 bytes at least, the last word of which may overlap the one before. False at the
+// first word that is not ASCII.
 bool LowerWords(char* data, std::size_t size) {
   const auto lowerWord = [](char* place) {
     const std::uint64_t word = LoadWord(place), lowered = LowerWord(word);

@@ -70,7 +70,8 @@ class Arena {
     std::swap(end_, other.end_);
   }
   void AddPiece(std::size_t size) {
-    const std::size_t usual = std::min(kLargestPiece, kFirstPiece << std::min<std::size_t>(pieces_.size(), 6));
+    const std::size_t usual =
+        std::min(kLargestPiece, kFirstPiece << std::min<std::size_t>(pieces_.size(), 6));
     size = std::max(size, usual);
     pieces_.push_back(std::make_unique_for_overwrite<char[]>(size));
     free_ = pieces_.back().get();

@@ -106,7 +106,8 @@ void KVRSystem::BuildDisplayStrings() {
   env_.log.LogIndented(
       fmt::format("Standard display string creation took {} seconds", NumberText(standard.Seconds())));
   const TimerScope shortOnes;
-  for (clsSystemItem& item : Items) item.DisplayStringShort = itemTexts_.Copy(DisplayLine(item, kShortColumns));
+  for (clsSystemItem& item : Items)
+    item.DisplayStringShort = itemTexts_.Copy(DisplayLine(item, kShortColumns));
   env_.log.LogIndented(
       fmt::format("Short display string creation took {} seconds", NumberText(shortOnes.Seconds())));
   env_.log.LogIndented(fmt::format("Display string creation took {} seconds", NumberText(all.Seconds())));

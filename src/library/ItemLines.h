@@ -30,7 +30,8 @@ std::string ToTagString(std::string_view line, Kind kind, Notes& notes);
 // Fills a new item from the line; the same as its NewTagList of the line's tag string. Only ReadPlainLine may
 // give up: false when the line has to go by way of its tag string. A line that it reads has matching
 // parentheses. The library is told the name as soon as it is read.
-bool ReadPlainLine(const KVRSystem& system, clsSystemItem& item, std::string_view line, Kind kind, Notes& notes);
+bool ReadPlainLine(const KVRSystem& system, clsSystemItem& item, std::string_view line, Kind kind,
+                   Notes& notes);
 void ReadByTagString(clsSystemItem& item, std::string_view line, Kind kind, Notes& notes);
 
 }  // namespace kvr::ItemLines

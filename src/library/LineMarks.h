@@ -18,8 +18,12 @@ class LineMarks {
  public:
   explicit LineMarks(std::string_view line) : line_(line) { Load(); }
   // The position of the next mark, of the next one that is no comma; npos behind the last.
-  std::size_t Next() { return Next([this] { return commas_ | others_; }); }
-  std::size_t NextButCommas() { return Next([this] { return others_; }); }
+  std::size_t Next() {
+    return Next([this] { return commas_ | others_; });
+  }
+  std::size_t NextButCommas() {
+    return Next([this] { return others_; });
+  }
 
  private:
   static constexpr std::size_t kBlock = 64;

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <compare>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <new>
 #include <string_view>
@@ -30,8 +31,8 @@ struct HeapMemory {
   void FreeAll() {}
 };
 
-// Holder is a std::unique_ptr<T> for a collection that owns its items, T* for one that only lists them. Memory
-// is an Arena for one of many items that seldom go before the others.
+// Holder is a std::unique_ptr<T> for a collection that owns its items, T* for one that only lists them.
+// Memory is an Arena for one of many items that seldom go before the others.
 template <class T, class Holder = std::unique_ptr<T>, class Memory = HeapMemory>
 class SortedCollection {
  public:
@@ -94,7 +95,7 @@ class SortedCollection {
     const Node* node = FindNode(key);
     if (!node) return 0;
     Sort();
-    return node->index + 1;
+    return std::size_t{node->index} + 1;
   }
   // The first position whose item is not "before"; Count() + 1 when all are.
   template <class Before>
@@ -145,8 +146,8 @@ class SortedCollection {
   // The key's characters lie behind the node, in the same piece of memory.
   struct Node {
     std::uint64_t hash;
-    std::size_t index;  // in order_, always
-    std::size_t keyLength;
+    std::uint32_t index;  // in order_, always
+    std::uint32_t keyLength;
     Holder item;
 
     std::string_view Key() const { return {reinterpret_cast<const char*>(this + 1), keyLength}; }
@@ -157,9 +158,15 @@ class SortedCollection {
   };
   static constexpr std::size_t kNoGap = static_cast<std::size_t>(-1);
 
+  // Nodes are kept small, so that a look-up meets as few cache lines as can be.
+  static std::uint32_t Narrow(std::size_t number) {
+    if (number > std::numeric_limits<std::uint32_t>::max()) throw KVRError(ErrorNumber::Overflow);
+    return static_cast<std::uint32_t>(number);
+  }
+
   Node* MakeNode(std::string_view key, std::uint64_t hash, Holder item) {
     void* memory = memory_.Allocate(sizeof(Node) + key.size());
-    Node* node = ::new (memory) Node{hash, order_.size(), key.size(), std::move(item)};
+    Node* node = ::new (memory) Node{hash, Narrow(order_.size()), Narrow(key.size()), std::move(item)};
     key.copy(reinterpret_cast<char*>(node + 1), key.size());
     return node;
   }
@@ -201,7 +208,7 @@ class SortedCollection {
     firstGap_ = kNoGap;
   }
   void Renumber(std::size_t from) const {
-    for (std::size_t i = from; i < order_.size(); ++i) order_[i].node->index = i;
+    for (std::size_t i = from; i < order_.size(); ++i) order_[i].node->index = Narrow(i);
   }
   void LeaveGap(std::size_t index) {
     order_[index] = {nullptr, nullptr};

@@ -14,9 +14,9 @@
 
 namespace kvr {
 
-// A trait in the library. Its texts lie in the memory that it was made with, which must outlive it; in its own
-// when it was made without, or is a copy. They stay there until that memory is freed, so the views that it
-// hands out outlive a change.
+// A trait in the library. Its texts lie in the memory that it was made with, which must outlive it; in its
+// own when it was made without, or is a copy. They stay there until that memory is freed, so the views that
+// it hands out outlive a change.
 class clsSystemItem {
  public:
   explicit clsSystemItem(Arena& memory) : memory_(&memory) {}
@@ -32,7 +32,7 @@ class clsSystemItem {
   std::int32_t TagListLength = 0;
   bool Flag = false;
   bool Calculate = false;
-  std::int16_t BuildIcon = 0;  // 1 when adding the trait will ask the user something
+  std::int16_t BuildIcon = 0;                          // 1 when adding the trait will ask the user something
   std::string_view DisplayString, DisplayStringShort;  // in the memory of its library
 
   std::string_view Name() const { return name_; }
