@@ -6,7 +6,7 @@
 #include "calc/RecordLinks.h"
 #include "calc/SkillScale.h"
 #include "calc/TraitNames.h"
-#include "character/KVRCharacter.h"
+#include "character/FormerState.h"
 
 namespace kvr {
 namespace {
@@ -74,6 +74,7 @@ void LinkToAllNamed(TraitNameIndex& index, clsItem& that) {
 }  // namespace
 
 void KVRCharacter::CreateAffectsLinks(clsItem& item) {
+  if (!formerStates_.empty() && formerStates_.front()->PutOffLinks(item)) return;
   ClearAffectsLinks(item);
   TraitNames names(item);
   std::string itemSkillType = TextOfSkillType(item);

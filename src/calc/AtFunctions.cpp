@@ -289,14 +289,21 @@ constexpr AtFunction kAtFunctions[] = {
     {"@basethdice", BaseThrustDice},
 };
 
+const AtFunction* FindFunction(std::string_view name) {
+  for (const AtFunction& function : kAtFunctions) {
+    if (function.name.size() == name.size() && EqualNoCase(function.name, name)) return &function;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 void CallAtFunction(std::string_view name, std::string_view arguments, Context& context, double& result) {
-  for (const AtFunction& function : kAtFunctions) {
-    if (function.name.size() != name.size() || !EqualNoCase(function.name, name)) continue;
-    result = function.call(arguments, context);
-    return;
-  }
+  if (const AtFunction* function = FindFunction(name)) result = function->call(arguments, context);
+}
+
+bool IsFunction(std::string_view name) {
+  return FindFunction(name) != nullptr;
 }
 
 double LargestOf(std::string_view list, Context& context) {

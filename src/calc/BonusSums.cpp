@@ -2,6 +2,8 @@
 // say so to the player.
 #include <string>
 
+#include "calc/CalcSteps.h"
+#include "calc/Explanation.h"
 #include "character/clsItem.h"
 #include "core/Numbers.h"
 #include "core/modTools.h"
@@ -27,6 +29,12 @@ std::string BonusListAsSpecialCaseSubs(const clsBonus& record) {
   return line;
 }
 
+// "+2", "x2" or the text that a text bonus brings.
+std::string AmountOf(const clsBonus& record) {
+  if (!record.StringValue.empty()) return record.StringValueText;
+  return (Multiplies(record) ? "x" : record.Value > 0 ? "+" : "") + NumberText(record.Value);
+}
+
 // "+2 from 'Keen Hearing' when it is quiet"
 std::string DisplayLine(const clsBonus& record) {
   std::string line;
@@ -34,18 +42,32 @@ std::string DisplayLine(const clsBonus& record) {
     line = BonusListAsSpecialCaseSubs(record);
   } else {
     const clsItem* root = record.Owner->RootOwnerItem();
-    if (!record.StringValue.empty()) {
-      line = record.StringValueText;
-    } else {
-      line = Multiplies(record) ? "x" : record.Value > 0 ? "+" : "";
-      line += NumberText(record.Value);
-    }
+    line = AmountOf(record);
     line += record.Affects == "points" ? "pts from '" : " from '";
     line += root == nullptr ? record.Owner->NameForMessages() : root->FullName();
     line += "'";
   }
   if (!record.Notes.empty()) line += " when " + record.Notes;
   return line;
+}
+
+// The sentence, where its amount is not just what is written: a formula, a multiple by level, a limit.
+std::string HowItCameAbout(const clsBonus& record) {
+  if (!record.StringValue.empty() || (IsNumeric(record.Bonus) && Val(record.Bonus) == record.Value))
+    return "";
+  std::string how = " by \"" + record.FullBonusText + "\"";
+  if (record.ValueBeforeUpto != record.Value) {
+    how += ", limited to " + NumberText(record.Value) + ", else " + NumberText(record.ValueBeforeUpto);
+  }
+  return how;
+}
+
+// Adds the line of a record that counts.
+void List(const clsBonus& record, Lines& lines) {
+  explain::Note(
+      *record.Owner, [&] { return record.GiverName(); }, " gives ", [&] { return AmountOf(record); },
+      record.Affects == "points" ? " points" : "", [&] { return HowItCameAbout(record); });
+  lines.push_back(DisplayLine(record));
 }
 
 // Which records a sum takes; the tag is empty for levels and points.
@@ -65,7 +87,7 @@ void ForEachTaken(const Records& records, Lines& lines, const Wanted& wanted, F&
   for (const clsBonus* record : records) {
     if (!wanted.Takes(*record)) continue;
     f(*record);
-    lines.push_back(DisplayLine(*record));
+    List(*record, lines);
   }
 }
 
@@ -87,9 +109,12 @@ double SumOfLevels(const clsItem& item, const Records& records, Lines& lines) {
   double sum = 0;
   for (const clsBonus* record : records) {
     if (record->Value == 0 || !Wanted{false, "level", ""}.Takes(*record)) continue;
-    if (unlearned) return 0;
+    if (unlearned) {
+      explain::Note(item, "bonuses give no level to a skill that was not learned");
+      return 0;
+    }
     sum += record->Value;
-    lines.push_back(DisplayLine(*record));
+    List(*record, lines);
   }
   return sum;
 }
@@ -138,6 +163,12 @@ double clsItem::ConditionalApplicablePointMult() {
 }
 double clsItem::ConditionalApplicableLevelMult() {
   return Product(AppliedConditionals, ConditionalList, {true, "level", ""});
+}
+
+void ListTagConditionals(clsItem& item) {
+  for (const clsBonus* record : item.AppliedConditionals) {
+    if (record->Affects.starts_with("other")) item.ConditionalList.push_back(DisplayLine(*record));
+  }
 }
 
 double clsItem::CalcApplicableTargetTagBonus(std::string_view tag) {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 
+#include "calc/BonusSentence.h"
 #include "calc/BonusTargets.h"
 #include "calc/modSolver.h"
 #include "character/KVRCharacter.h"
@@ -17,20 +18,6 @@ constexpr std::string_view kPointsInName = " pts";
 
 std::size_t FindOutsideQuotes(std::string_view text, std::string_view word) {
   return modNewParser::FindWordTopLevel(text, word, modNewParser::kQuotes);
-}
-
-// Divides a sentence into its amount and the rest; false when there is nothing to divide it.
-bool DivideSentence(std::string_view text, std::string_view& amount, std::string_view& rest) {
-  constexpr std::string_view kTo = " to ";
-  std::size_t at = FindOutsideQuotes(text, kTo), length = kTo.size();
-  if (at == npos) {
-    at = FindOutsideQuotes(text, " ");
-    length = 1;
-  }
-  if (at == npos) return false;
-  amount = Trim(text.substr(0, at));
-  rest = Trim(text.substr(at + length));
-  return true;
 }
 
 // Cuts the rest at a key word; what follows the word, trimmed.
@@ -172,10 +159,11 @@ double Scaled(double value, std::int16_t type, double scale) {
   return type == 2 ? std::pow(value, scale) : value;
 }
 
-double SolvedValue(const clsBonus& record) {
+double SolvedValue(clsBonus& record) {
   CalcItem& owner = *record.Owner;
   double value = Scaled(modSolver::Solver(record.Bonus, owner), record.BonusType, ScaleOf(owner));
   const double upto = record.Upto.empty() ? 0 : modSolver::Solver(record.Upto, owner);
+  record.ValueBeforeUpto = value;
   if (upto != 0 && value > upto) value = upto;
   if (!std::isfinite(value)) throw SolverFailure("it is beyond all numbers");
   return value;
@@ -190,6 +178,23 @@ void LogFailedRecord(const clsBonus& record, const SolverFailure& failure) {
 
 }  // namespace
 
+std::optional<BonusSentence> ReadBonusSentence(std::string_view text) {
+  constexpr std::string_view kTo = " to ";
+  std::size_t at = FindOutsideQuotes(text, kTo), length = kTo.size();
+  if (at == npos) {
+    at = FindOutsideQuotes(text, " ");
+    length = 1;
+  }
+  if (at == npos) return std::nullopt;
+  BonusSentence sentence;
+  sentence.amount = Trim(text.substr(0, at));
+  sentence.target = Trim(text.substr(at + length));
+  sentence.listas = CutAtKeyWord(sentence.target, " listas ");
+  sentence.condition = CutAtKeyWord(sentence.target, " when ");
+  sentence.upto = CutAtKeyWord(sentence.target, " upto ");
+  return sentence;
+}
+
 std::string clsBonus::GiverName() const {
   clsItem* root = Owner->RootOwnerItem();
   if (root == nullptr || root == Owner) return Owner->NameForMessages();
@@ -199,19 +204,19 @@ std::string clsBonus::GiverName() const {
 bool clsBonus::CreateBonusFromText(std::string_view text) {
   KVRCharacter& character = *Owner->RootOwnerChar();
   text = Trim(text);
-  std::string_view amount, rest;
-  if (!DivideSentence(text, amount, rest)) {
+  const std::optional<BonusSentence> sentence = ReadBonusSentence(text);
+  if (!sentence) {
     character.Env().log.LogRed(GiverName() + ": Bad gives() item: " + std::string(text));
     return false;
   }
   FullBonusText = text;
-  ListAs = modTools::StripQuotes(CutAtKeyWord(rest, " listas "));
-  Notes = modTools::StripQuotes(CutAtKeyWord(rest, " when "));
-  Upto = CutAtKeyWord(rest, " upto ");
-  const Amount parsed = ReadAmount(amount);
+  ListAs = modTools::StripQuotes(sentence->listas);
+  Notes = modTools::StripQuotes(sentence->condition);
+  Upto = sentence->upto;
+  const Amount parsed = ReadAmount(sentence->amount);
   BonusType = parsed.type;
   Bonus = parsed.text;
-  ReadTarget(*this, rest, amount);
+  ReadTarget(*this, sentence->target, sentence->amount);
   SetBonusAffects();  // takes " pts" off the name, which the type is told by
   TargetType = TypeOfTarget(*this);
   IDKey = character.NewKeyTemp();

@@ -37,6 +37,7 @@ void RemoveRecords(KVRCharacter& character, CalcItem& owner, const RecordKind& k
   GivenRecords* given = owner.Given();
   if (given == nullptr || (given->*kind.given).empty()) return;
   for (clsBonus* record : given->*kind.given) {
+    character.NoteFormerRecord(*record);
     character.PushRecalcBonus(*record);
     (character.*kind.clearLinks)(*record);
   }
@@ -48,10 +49,7 @@ void RemoveRecords(KVRCharacter& character, CalcItem& owner, const RecordKind& k
 bool UpdateRecords(KVRCharacter& character, const std::vector<clsBonus*>& records) {
   bool changed = false;
   for (clsBonus* record : records) {
-    const double value = record->Value;
-    const std::string text = record->StringValueText;
-    record->Calculate();
-    if (record->Value == value && record->StringValueText == text) continue;
+    if (!CalculateRecord(*record)) continue;
     changed = true;
     character.PushRecalcBonus(*record);
   }
@@ -69,6 +67,13 @@ bool UpdateAll(CalcItem& owner, std::vector<clsBonus*> GivenRecords::*given) {
 }
 
 }  // namespace
+
+bool CalculateRecord(clsBonus& record) {
+  const double value = record.Value;
+  const std::string text = record.StringValueText;
+  record.Calculate();
+  return record.Value != value || record.StringValueText != text;
+}
 
 void KVRCharacter::AddBonusesFromOwner(CalcItem& owner) {
   TraceScope trace("KVRCharacter:AddBonusesFromOwner");

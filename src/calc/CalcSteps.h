@@ -22,12 +22,16 @@ inline void WriteOrDeleteTag(clsItem& item, std::string_view tag, std::string_vi
   }
 }
 
+// Adds a line for each conditional on a tag of the trait to the list that the trait shows.
+void ListTagConditionals(clsItem& item);
+
 // The sums over conditional bonuses; each adds its lines to the list that the trait shows.
 inline void SumConditionals(clsItem& item) {
   item.ConditionalApplicableLevelMult();
   item.ConditionalApplicablePointMult();
   item.ConditionalApplicableSysBonus();
   item.ConditionalApplicableSysPoints();
+  ListTagConditionals(item);
 }
 
 // Calculates a trait of which an input was changed. When that fails, in whatever way, the change is undone.

@@ -127,6 +127,7 @@ bool clsItem::Calculate() {
 }
 
 void clsItem::CalcAll() {
+  Owner->NoteFormerState(*this);
   FormerNumbers former(*this);
   bool taboosMitigated = CalcMitigation();
   Outcome before(*this);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "calc/Explanation.h"
 #include "character/KVRCharacter.h"
 #include "core/Numbers.h"
 #include "core/modNewParser.h"
@@ -19,13 +20,14 @@ Currency PointsOfLesserForm(Currency cost) {
   return Currency::FromDouble(counted);
 }
 
-Currency PointsOfForms(const std::vector<Currency>& costs) {
+Currency PointsOfForms(const clsItem& owner, const std::vector<Currency>& costs) {
   std::size_t best = 0;
   for (std::size_t i = 1; i < costs.size(); ++i) {
     if (costs[i] > costs[best]) best = i;
   }
   Currency sum;
   for (std::size_t i = 0; i < costs.size(); ++i) sum += i == best ? costs[i] : PointsOfLesserForm(costs[i]);
+  explain::Note(owner, "of these forms the dearest costs all of its points, each other one a fifth: ", sum);
   return sum;
 }
 
@@ -41,9 +43,12 @@ Currency PointsOfChildren(const clsItem& item, ChildProfile profile) {
   if (profile == ChildProfile::Nothing) return 0;
   std::vector<Currency> costs;
   modNewParser::ForEachToken(item.ChildKeyList(), ',', modNewParser::kPlain, [&](std::string_view key) {
-    if (const clsItem* child = item.Owner->Items.Item(Trim(key))) costs.push_back(child->Points());
+    const clsItem* child = item.Owner->Items.Item(Trim(key));
+    if (child == nullptr) return;
+    costs.push_back(child->Points());
+    explain::Note(item, child->FullName(), ": ", costs.back());
   });
-  if (profile == ChildProfile::AlternativeForms) return PointsOfForms(costs);
+  if (profile == ChildProfile::AlternativeForms) return PointsOfForms(item, costs);
   Currency sum;
   for (Currency cost : costs) sum += cost;
   return sum;
@@ -54,7 +59,9 @@ Currency PointsOfOwned(const clsItem& item) {
   Currency sum;
   modNewParser::ForEachToken(item.FreeTag("pkids"), ',', modNewParser::kPlain, [&](std::string_view entry) {
     const clsItem* component = item.Owner->ItemByKey(CLngClamped(Val(entry)));
-    if (component != nullptr && IsSet(component->FreeTag("owned"))) sum += component->Points();
+    if (component == nullptr || !IsSet(component->FreeTag("owned"))) return;
+    sum += component->Points();
+    explain::Note(item, "its component ", component->FullName(), ": ", component->Points());
   });
   return sum;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "calc/CalcSteps.h"
+#include "calc/Explanation.h"
 #include "character/KVRCharacter.h"
 #include "core/Numbers.h"
 #include "core/modNewParser.h"
@@ -109,6 +110,10 @@ class Levels {
     source_ = source;
     found_ = true;
   }
+  // For the player: how the levels make one.
+  std::string_view Choice() const {
+    return average_ ? "the average" : highest_ ? "the highest" : "the lowest";
+  }
   CombinedLevelResult Result() const {
     if (!found_) return {};
     const double level = average_ ? std::floor(Round15(weighted_ / attacks_)) : best_;
@@ -145,11 +150,15 @@ CombinedLevelResult CombinedLevel(clsItem& combination) {
     const double attacks = AttacksOf(part);
     if (item == nullptr || attacks == 0 || LeadsBackTo(combination, *item)) continue;
     modSolver::DefaultSource source;
-    const double level =
-        RoundHalfEven(modSolver::SolverForDefaults(std::to_string(part.idKey) + "??", source, combination));
+    explain::Step step(combination, [&] { return item->FullName(); });
+    const double level = step.Is(
+        RoundHalfEven(modSolver::SolverForDefaults(std::to_string(part.idKey) + "??", source, combination)));
+    if (attacks != 1) explain::Note(combination, "counts for ", attacks, " attacks");
     levels.Add(level, attacks, source);
   }
-  return levels.Result();
+  const CombinedLevelResult result = levels.Result();
+  explain::Note(combination, levels.Choice(), " of them: ", result.level);
+  return result;
 }
 
 bool CombinationHolds(const clsItem& combination, std::int32_t idKey) {

@@ -1,6 +1,7 @@
 // The character's base damage: what an unaided thrust and swing do.
 #include <algorithm>
 
+#include "calc/Explanation.h"
 #include "calc/modSolver.h"
 #include "character/KVRCharacter.h"
 #include "core/Numbers.h"
@@ -27,7 +28,7 @@ DamageDice DamageAtScore(KVRCharacter& character, double score, std::string clsB
 std::string Overridden(KVRCharacter& character, DamageDice& damage, std::string_view diceTag,
                        std::string_view textTag) {
   const std::string_view dice = modTags::GetTagValue(diceTag, character.CharTagList);
-  if (!dice.empty()) damage.dice = CLngClamped(modSolver::Solver(dice, character));
+  if (!dice.empty()) damage.dice = CLngClamped(explain::SolvedStep(character, diceTag, dice));
   const std::string_view text = modTags::GetTagValue(textTag, character.CharTagList);
   return text.empty() ? damage.Text() : std::string(text);
 }
@@ -48,8 +49,15 @@ void KVRCharacter::CalcBaseDamage() {
   TraceScope trace("KVRCharacter:CalcBaseDamage");
   const clsItem* basis = FindItem("Damage Base", kStats);
   const double score = basis == nullptr ? 0 : basis->Score();
-  DamageDice thrust = ReturnThrFromScore(score), swing = ReturnSwFromScore(score);
+  explain::Section section(*this, "baseth,basethdice,basethadds,basesw,baseswdice,baseswadds");
+  explain::Note(*this, "Damage Base: ", score);
+  section.Now("baseth,basethdice,basethadds");
+  DamageDice thrust = ReturnThrFromScore(score);
+  explain::Note(*this, "thrust by the table: ", [&] { return thrust.Text(); });
   BaseTH = Overridden(*this, thrust, "basethdice", "baseth");
+  section.Now("basesw,baseswdice,baseswadds");
+  DamageDice swing = ReturnSwFromScore(score);
+  explain::Note(*this, "swing by the table: ", [&] { return swing.Text(); });
   BaseSW = Overridden(*this, swing, "baseswdice", "basesw");
   BaseTHDice = thrust.dice;
   BaseTHAdds = thrust.adds;

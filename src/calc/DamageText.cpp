@@ -4,6 +4,7 @@
 #include <cmath>
 #include <functional>
 
+#include "calc/Explanation.h"
 #include "calc/FormulaText.h"
 #include "calc/SolverContext.h"
 #include "calc/WeaponTags.h"
@@ -89,20 +90,21 @@ void ReplaceCalls(std::string& text, std::string_view function, Replaced&& repla
 
 void ReplaceForms(std::string& text, clsItem& trait, const DamageRules& rules) {
   struct Form {
-    std::string_view function;
+    std::string_view function, name;
     DamageDice (KVRCharacter::*damage)(double score);
     bool isMultiple;
   };
-  static constexpr Form kForms[] = {{"@thrx(", &KVRCharacter::ReturnThrFromScore, true},
-                                    {"@swx(", &KVRCharacter::ReturnSwFromScore, true},
-                                    {"@th(", &KVRCharacter::ReturnThrFromScore, false},
-                                    {"@thr(", &KVRCharacter::ReturnThrFromScore, false},
-                                    {"@sw(", &KVRCharacter::ReturnSwFromScore, false}};
+  static constexpr Form kForms[] = {{"@thrx(", "thrust", &KVRCharacter::ReturnThrFromScore, true},
+                                    {"@swx(", "swing", &KVRCharacter::ReturnSwFromScore, true},
+                                    {"@th(", "thrust", &KVRCharacter::ReturnThrFromScore, false},
+                                    {"@thr(", "thrust", &KVRCharacter::ReturnThrFromScore, false},
+                                    {"@sw(", "swing", &KVRCharacter::ReturnSwFromScore, false}};
   for (const Form& form : kForms) {
     ReplaceCalls(text, form.function, [&](std::string_view argument) {
       const double value = modSolver::Solver(argument, trait);
       const double score = form.isMultiple ? value * rules.basis : value;
-      return std::invoke(form.damage, *trait.Owner, score).Text();
+      explain::Step step(trait, form.name, " at ", score);
+      return step.Is(std::invoke(form.damage, *trait.Owner, score).Text());
     });
   }
 }
@@ -238,6 +240,7 @@ std::string CalcDamage(clsItem& trait, std::string_view text, const DamageRules&
   TraceScope trace("modMain:CalcDamage");
   const std::string_view divisor = CutDivisor(text);
   std::string damage = WithBonuses(text, rules);
+  if (damage != text) explain::Note(trait, "with its bonuses: ", damage);
   if (damage.find_first_of("$%") != npos) damage = modSolver::TextFunctionSolver(damage, trait);
   damage = WithForms(damage, rules);
   ReplaceForms(damage, trait, rules);

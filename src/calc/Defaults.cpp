@@ -1,5 +1,6 @@
 // The solver for the defaults of skills: "17??level-5" is a tag of the trait with that key, held to the rule
 // of limit, and the arithmetic behind it.
+#include "calc/Explanation.h"
 #include "calc/SolverContext.h"
 #include "calc/modSolver.h"
 #include "core/Numbers.h"
@@ -23,7 +24,9 @@ double LimitOfRule(clsItem& trait, std::string_view tag, double value, const KVR
 double LimitedValue(clsItem& trait, std::string_view tag, KVRCharacter& character) {
   const double value = Val(trait.TagItem(tag));
   const double limit = LimitOfRule(trait, tag, value, character);
-  return limit > 0 && value > limit ? limit : value;
+  if (limit <= 0 || value <= limit) return value;
+  explain::Note(character, "limited to ", limit, " by the rule of ", character.RuleOf);
+  return limit;
 }
 
 // What stands before the first mark of an expression, with its trait put in.

@@ -151,6 +151,7 @@ void clsItem::Decrement() {
 
 bool clsItem::SetScoreTo(double value) {
   TraceScope trace("clsItem:SetScoreTo");
+  Owner->NoteFormerState(*this);
   bool reached = false;
   LogFailure(Owner->Env().log, [&] { reached = MoveTo(*this, std::min(value, kGreatestScore)); });
   return reached;

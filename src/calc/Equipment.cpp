@@ -6,6 +6,7 @@
 #include <unordered_set>
 
 #include "calc/CalcSteps.h"
+#include "calc/Explanation.h"
 #include "calc/FormulaText.h"
 #include "calc/modSolver.h"
 #include "character/KVRCharacter.h"
@@ -29,6 +30,12 @@ struct Amounts {
 enum Adjusted { kBaseWeight, kBaseCost, kWeight, kCost, kChildrenWeights, kChildrenCosts };
 constexpr std::array<std::string_view, 6> kAdjustedTags = {"baseweight", "basecost",        "weight",
                                                            "cost",       "childrenweights", "childrencosts"};
+
+// What the bonuses on these tags change in the end.
+constexpr std::array<std::string_view, 6> kChangedTags = {
+    "baseweight,weight", "basecost,cost", "weight", "cost", "childrenweights,weight", "childrencosts,cost"};
+constexpr std::string_view kWeightTags = "weight,baseweight,precountweight",
+                           kCostTags = "cost,basecost,premodscost,precountcost";
 
 enum Fault : std::uint8_t { kCountFault = 1, kWeightFault = 2, kCostFault = 4, kCircleFault = 8 };
 
@@ -111,24 +118,32 @@ class EquipmentSums {
   void ReadAdjustments() {
     if (item_.AppliedBonuses.empty()) return;
     for (std::size_t i = 0; i < kAdjustedTags.size(); ++i) {
+      explain::Section section(item_, kChangedTags[i]);
+      explain::Step step(item_, "bonuses on ", kAdjustedTags[i]);
+      step.NeedsDetail();
       adjustments_[i].multiplier = item_.CalcApplicableTargetTagMult(kAdjustedTags[i]);
       adjustments_[i].adder = item_.CalcApplicableTargetTagBonus(kAdjustedTags[i]);
     }
   }
 
   void ReadCount() {
+    explain::Section section(item_, "count");
     const std::string_view text = item_.FreeTag("count");
+    explain::Note(item_, "quantity: ", text);
     const double wanted = Val(text);
     count_ = std::max(CLngClamped(wanted), 0);
     const std::int32_t most = CLngClamped(Val(item_.FreeTag("upto")));
-    if (most != 0 && count_ > most) count_ = most;
+    if (most != 0 && count_ > most) {
+      count_ = most;
+      explain::Note(item_, "limited to ", most, " by upto(", most, ")");
+    }
     const bool isNone = wanted == 0 && IsNoNumber(text, *item_.Owner);
     Report(kCountFault, isNone || std::abs(wanted) > std::numeric_limits<std::int32_t>::max(), "count");
   }
 
   void ReadBase() {
-    sums_.weight = Solved("baseweight", kWeightFault);
-    sums_.cost = Solved("basecost", kCostFault);
+    sums_.weight = Solved("baseweight", kWeightFault, kWeightTags);
+    sums_.cost = Solved("basecost", kCostFault, kCostTags);
     Amounts owned;
     ForEachOwned(item_, [&](clsItem& component) { Take(component, owned, "pkids"); });
     sums_ += owned;
@@ -149,6 +164,8 @@ class EquipmentSums {
   void Multiply() {
     WriteTag(item_, "precountcost", NumberText(sums_.cost));
     WriteTag(item_, "precountweight", NumberText(sums_.weight));
+    explain::Section section(item_, "cost,weight");
+    if (count_ != 1) explain::Note(item_, "quantity: x", count_);
     sums_.cost = sums_.cost * count_;
     sums_.weight = sums_.weight * count_;
   }
@@ -176,12 +193,20 @@ class EquipmentSums {
   void Take(clsItem& inner, Amounts& sum, std::string_view tag) {
     const bool isCircle = Holds(inner, item_);
     Report(kCircleFault, isCircle, tag);
-    if (!isCircle) sum += AmountsOf(inner);
+    if (isCircle) return;
+    const Amounts amounts = AmountsOf(inner);
+    sum += amounts;
+    const auto name = [&] { return inner.FullName(); };
+    explain::Section section(item_, "cost,childrencosts");
+    explain::Note(item_, "with ", name, ": ", amounts.cost);
+    section.Now("weight,childrenweights");
+    explain::Note(item_, "with ", name, ": ", amounts.weight);
   }
 
-  Currency Solved(std::string_view tag, Fault fault) {
+  Currency Solved(std::string_view tag, Fault fault, std::string_view explained) {
+    explain::Section section(item_, explained);
     const std::string text(item_.FreeTag(tag));
-    const double value = modSolver::Solver(text, item_);
+    const double value = explain::SolvedStep(item_, "one piece", text);
     Report(fault, value == 0 && IsNoNumber(text, *item_.Owner), tag);
     return Held(value, fault, tag);
   }
@@ -191,8 +216,12 @@ class EquipmentSums {
     const Fault fault =
         which == kBaseCost || which == kCost || which == kChildrenCosts ? kCostFault : kWeightFault;
     if (adjustment.adder != 0) sum += Held(adjustment.adder, fault, kAdjustedTags[which]);
-    if (adjustment.multiplier == 1) return sum;
-    return Held(sum.ToDouble() * adjustment.multiplier, fault, kAdjustedTags[which]);
+    if (adjustment.multiplier != 1)
+      sum = Held(sum.ToDouble() * adjustment.multiplier, fault, kAdjustedTags[which]);
+    if (adjustment.adder == 0 && adjustment.multiplier == 1) return sum;
+    explain::Section section(item_, kChangedTags[which]);
+    explain::Note(item_, kAdjustedTags[which], " with its bonuses: ", sum);
+    return sum;
   }
 
   // As fixed point, within what money and weight can hold.

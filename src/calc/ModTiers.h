@@ -13,9 +13,15 @@
 
 #include <array>
 
+#include <string>
+#include <vector>
+
+#include "calc/ModValue.h"
 #include "character/clsMod.h"
 
 namespace kvr {
+
+class CalcRecord;
 
 struct ModTierRules {
   enum class Rounding { None, Whole, Cents };
@@ -28,7 +34,10 @@ struct ModTierRules {
 
 class ModTiers {
  public:
-  explicit ModTiers(double number) { tiers_[0].flat = number; }
+  // With a record, the modifiers' shares are noted in it.
+  explicit ModTiers(double number, CalcRecord* record = nullptr) : record_(record) {
+    tiers_[0].flat = number;
+  }
 
   // Takes in the modifier's tags `value`, `tier` and `round`.
   void Add(clsMod& mod);
@@ -36,16 +45,24 @@ class ModTiers {
   double Total(const ModTierRules& rules) const;
 
  private:
+  // A modifier for the record: "Slow (-20%)".
+  struct Noted {
+    std::string text;
+    modValue::Value value;
+  };
   struct Tier {
     double flat = 0;
     double times = 1, per = 1;
     double percent = 0, percentFactor = 1;  // the sum, and the product of (100 + percentage) / 100
     bool roundUp = true;
+    std::vector<Noted> noted;
 
-    double Apply(double total, const ModTierRules& rules) const;
+    double Apply(double total, const ModTierRules& rules, CalcRecord* record) const;
+    void NoteShares(double sum, double multiplied, const ModTierRules& rules, CalcRecord* record) const;
     void AddPercent(double added);
   };
 
+  CalcRecord* record_;
   std::array<Tier, 6> tiers_;
 };
 

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "calc/Explanation.h"
 #include "calc/ModCalculation.h"
 #include "calc/modSolver.h"
 #include "character/KVRCharacter.h"
@@ -195,6 +196,7 @@ Worth WorthPastEnd(const CostList& costs, std::int32_t level) {
 Worth WorthAtLevel(clsMod& mod, std::int32_t level) {
   const TagText& tags = mod.Tags();
   const CostList costs = modValue::ReadCost(tags.Value("cost"));
+  if (level != 1) explain::Note(mod, "level ", level, " of cost(", tags.Value("cost"), ")");
   const bool forced = !tags.Value("forceformula").empty();
   if (!forced && level <= costs.Count()) return WorthOfEntry(costs, level, mod);
   if (const std::string_view formula = tags.Value("formula"); !formula.empty()) {
@@ -210,6 +212,7 @@ std::int32_t LevelWithinLimits(clsMod& mod) {
   if (const std::string_view upto = mod.Tags().Value("upto"); !upto.empty()) {
     const std::int32_t highest = CLngClamped(modSolver::Solver(upto, mod));
     if (highest > 0) level = std::min(level, highest);
+    if (level != read) explain::Note(mod, "limited to level ", level, " by upto(", upto, ")");
   }
   level = std::max(level, 0);
   if (level != read) mod.SetTagItem("level", std::to_string(level));

@@ -1,8 +1,10 @@
 // Modifiers in the calculation of a trait: each modifier is worth something at its level, the modifiers that
 // it bears change that, and together they change the trait's points, or the price of a piece of equipment.
 #include <cmath>
+#include <functional>
 
 #include "calc/CalcSteps.h"
+#include "calc/Explanation.h"
 #include "calc/LevelNames.h"
 #include "calc/ModCalculation.h"
 #include "calc/ModTiers.h"
@@ -41,6 +43,16 @@ ModsInOrder InOrder(std::vector<clsMod*> outermost) {
   return all;
 }
 
+// Runs one step; false when it fails. A formula that fails has been logged by the solver, and doesn't keep
+// the trait from being calculated.
+bool Succeeds(ActivityLog& log, const std::function<void()>& step) {
+  try {
+    return LogFailure(log, step);
+  } catch (const SolverFailure&) {
+    return false;
+  }
+}
+
 // A failed calculation may leave a text that a file brought.
 void SupplyOperator(clsMod& mod) {
   const std::string_view value = mod.Tags().Value("value");
@@ -49,16 +61,22 @@ void SupplyOperator(clsMod& mod) {
   }
 }
 
-// Levels and values from the outer ones inwards, then what each bears from the inner ones outwards.
+// Levels and values from the outer ones inwards, then what each bears from the inner ones outwards. A
+// modifier that can't be calculated keeps the value that it had, in which what it bears counts already.
 void CalcInOrder(std::vector<clsMod*> outermost, ActivityLog& log) {
   TraceScope trace("clsMod:Calculate");
   const ModsInOrder all = InOrder(std::move(outermost));
-  for (clsMod* mod : all.mods) {
-    LogFailure(log, [mod] { modCalculation::CalcValue(*mod); });
-    SupplyOperator(*mod);
+  std::vector<bool> failed(all.mods.size());
+  for (std::size_t i = 0; i < all.mods.size(); ++i) {
+    clsMod& mod = *all.mods[i];
+    explain::Step step(
+        mod, [&mod] { return mod.FullName(); }, " is worth");
+    failed[i] = !Succeeds(log, [&mod] { modCalculation::CalcValue(mod); });
+    SupplyOperator(mod);
+    step.NeedsDetail().Is(mod.Tags().Value("value"));
   }
   for (std::size_t i = all.shallow; i-- > 0;) {
-    LogFailure(log, [mod = all.mods[i]] { mod->CalcModifiers(); });
+    if (!failed[i]) Succeeds(log, [mod = all.mods[i]] { mod->CalcModifiers(); });
   }
 }
 
@@ -69,9 +87,12 @@ ModTierRules CommonRules(const KVRCharacter& character) {
   return rules;
 }
 
-double TotalOf(const clsSortedModCollection& mods, double number, const ModTierRules& rules) {
-  ModTiers tiers(number);
-  for (clsMod& mod : mods) tiers.Add(mod);
+// A value of which a file brought a formula that fails has no effect.
+double TotalOf(const clsSortedModCollection& mods, double number, const ModTierRules& rules,
+               KVRCharacter& character) {
+  ActivityLog& log = character.Env().log;
+  ModTiers tiers(number, character.Solving.record);
+  for (clsMod& mod : mods) Succeeds(log, [&] { tiers.Add(mod); });
   return tiers.Total(rules);
 }
 
@@ -92,6 +113,7 @@ std::string_view Described(clsMod::Fault fault) {
 void clsItem::CalcModifiers() {
   if (Mods.Empty() || Owner == nullptr) return;
   TraceScope trace("clsItem:CalcModifiers");
+  explain::Section section(*this, "points,cost");
   std::vector<clsMod*> mods;
   for (clsMod& mod : Mods) mods.push_back(&mod);
   CalcInOrder(std::move(mods), Owner->Env().log);
@@ -101,7 +123,8 @@ void clsItem::CalcModifiers() {
   rules.roundOnce = !FreeTagIsEmpty("roundlastonly");
   const double before =
       isPrice ? modSolver::Solver(FreeTag("premodscost"), *this) : PreModsPoints().ToDouble();
-  double total = TotalOf(Mods, before, rules);
+  explain::Note(*this, "before modifiers: ", before);
+  double total = TotalOf(Mods, before, rules, *Owner);
   if (IsTooLarge(total)) {
     Owner->Env().log.LogRed("The modifiers of '" + FullName() + "' make its " +
                             (isPrice ? "cost" : "points") + " too large; they have no effect.");
@@ -126,6 +149,8 @@ void clsMod::CalcModifiers() {
   if (Mods.Empty()) return;
   clsItem* root = RootOwnerItem();
   if (root == nullptr || root->Owner == nullptr) return;
+  explain::Step step(
+      *this, [this] { return FullName(); }, " with the modifiers on it");
   ModTierRules rules = CommonRules(*root->Owner);
   if (EqualNoCase(root->FreeTag("roundmods"), "no")) rules.rounding = ModTierRules::Rounding::None;
   modValue::Value adjusted = modValue::ReadValue(Tags().Value("premodsvalue"), *this);
@@ -133,10 +158,10 @@ void clsMod::CalcModifiers() {
                                                                     : adjusted.number / adjusted.divisor;
   // A cost factor of 1 is 100 percent.
   const double unit = adjusted.suffix == modValue::Suffix::CostFactor ? 100 : 1;
-  adjusted.number = TotalOf(Mods, before * unit, rules) / unit;
+  adjusted.number = TotalOf(Mods, before * unit, rules, *root->Owner) / unit;
   adjusted.divisor = 1;
   if (IsTooLarge(adjusted.number)) return ReportFault(Fault::TooLarge);
-  modCalculation::WriteTag(*this, "value", modValue::TextOf(adjusted));
+  modCalculation::WriteTag(*this, "value", step.Is(modValue::TextOf(adjusted)));
   std::string number;
   AppendStr(number, adjusted.number);
   modCalculation::WriteTag(*this, "valuenum", number);

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "calc/CalcSteps.h"
+#include "calc/Explanation.h"
 #include "calc/ModeLists.h"
 #include "calc/modSolver.h"
 #include "character/KVRCharacter.h"
@@ -10,6 +11,32 @@
 #include "core/modTools.h"
 
 namespace kvr {
+namespace {
+
+// What is added to a defence, and what multiplies it.
+struct Adjustment {
+  double adder = 0, multiplier = 1;
+};
+
+// The number of one mode in a tag of the trait; one that stands alone goes for all modes.
+double OwnNumber(clsItem& item, const std::string& tag, std::size_t mode, double none) {
+  const std::string list(item.FreeTag(tag));
+  const std::vector<std::string_view> values = modeLists::Values(list);
+  const std::size_t index = values.size() == 1 ? 0 : mode - 1;
+  return index >= values.size() || values[index].empty() ? none
+                                                         : explain::SolvedStep(item, tag, values[index]);
+}
+
+// The tags "parryatbonus" and "parryatmult" of the trait's own data count beside the bonuses that it is
+// given.
+double Adjusted(clsItem& item, double value, std::string_view atTag, std::size_t mode,
+                const Adjustment& given) {
+  const std::string tag(atTag);
+  return (value + OwnNumber(item, tag + "bonus", mode, 0) + given.adder) *
+         (OwnNumber(item, tag + "mult", mode, 1) * given.multiplier);
+}
+
+}  // namespace
 
 void clsItem::privCalcParryAt() {
   CalcDefence("parryat", "parrylevel");
@@ -18,21 +45,22 @@ void clsItem::privCalcBlockAt() {
   CalcDefence("blockat", "blocklevel");
 }
 
-// The sums of the bonuses stand in tags of their own: another level of the trait takes them from there.
 void clsItem::CalcDefence(std::string_view atTag, std::string_view levelTag) {
-  const std::string bonusTag = std::string(atTag) + "bonus", multTag = std::string(atTag) + "mult";
+  const bool isParry = atTag == "parryat";
+  explain::Section section(*this, isParry ? "parry,parryat,parrylevel" : "block,blockat,blocklevel");
   const std::string formulas(FreeTag(atTag));
-  double bonus = 0, multiplier = 1;
+  Adjustment given;
   if (!formulas.empty() && GetBonusAffectsFlag(atTag)) {
-    multiplier = CalcApplicableTargetTagMult(atTag);
-    bonus = CalcApplicableTargetTagBonus(atTag);
+    given.multiplier = CalcApplicableTargetTagMult(atTag);
+    given.adder = CalcApplicableTargetTagBonus(atTag);
   }
-  WriteOrDeleteTag(*this, bonusTag, bonus == 0 ? "" : NumberText(bonus));
-  WriteOrDeleteTag(*this, multTag, multiplier == 1 ? "" : NumberText(multiplier));
   std::vector<std::string> levels;
   for (std::string_view formula : modeLists::Values(formulas)) {
+    explain::Step step(*this, isParry ? "parry" : "block");
     levels.push_back(formula.empty() ? ""
-                                     : NumberText((modSolver::Solver(formula, *this) + bonus) * multiplier));
+                                     : NumberText(Adjusted(*this, modSolver::Solver(formula, *this), atTag,
+                                                           levels.size() + 1, given)));
+    step.Is(levels.back());
   }
   WriteOrDeleteTag(*this, levelTag, modeLists::Joined(levels));
 }
@@ -43,9 +71,11 @@ double clsItem::DefenceAtLevel(std::string_view atTag, double level) {
   for (std::string_view word : {"%level", "me::level", "me::score"}) {
     modTools::ReplaceAll(formula, word, Trim(Str(level)));
   }
-  const std::string_view multiplier = FreeTag(std::string(atTag) + "mult");
-  const double times = multiplier.empty() ? 1 : Val(multiplier);
-  return (modSolver::Solver(formula, *this) + Val(FreeTag(std::string(atTag) + "bonus"))) * times;
+  // The lines of the bonuses stand on the trait already.
+  const std::size_t lines = BonusList.size();
+  const Adjustment given{CalcApplicableTargetTagBonus(atTag), CalcApplicableTargetTagMult(atTag)};
+  BonusList.resize(lines);
+  return Adjusted(*this, modSolver::Solver(formula, *this), atTag, 1, given);
 }
 
 namespace {

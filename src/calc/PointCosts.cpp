@@ -3,6 +3,7 @@
 #include <limits>
 #include <tuple>
 
+#include "calc/Explanation.h"
 #include "character/KVRCharacter.h"
 #include "core/Numbers.h"
 #include "core/modTags.h"
@@ -10,7 +11,42 @@
 namespace kvr {
 namespace {
 constexpr std::int32_t kMostTL = std::numeric_limits<std::int16_t>::max();
+
+// By type: the tag of the character that holds the sum of the points, and what a player calls the traits.
+struct TypeNames {
+  std::string_view tag, traits;
+};
+constexpr ByType<TypeNames> kTypes = {{{"", ""},
+                                       {"statcost", "attributes"},
+                                       {"adcost", "advantages"},
+                                       {"disadcost", "disadvantages"},
+                                       {"quirkcost", "quirks"},
+                                       {"perkcost", "perks"},
+                                       {"skillcost", "skills"},
+                                       {"spellcost", "spells"},
+                                       {"equipmentcost", "equipment"},
+                                       {"packagecost", "templates"}}};
+
+// One trait's part of a sum.
+void NotePart(const KVRCharacter& character, std::string_view tags, const clsItem& item, Currency part) {
+  explain::Section section(character, tags);
+  if (!part.IsZero())
+    explain::Note(
+        character, [&] { return item.FullName(); }, ": ", part);
 }
+
+Currency SumOf(const KVRCharacter& character) {
+  explain::Section section(character, "totalcost");
+  Currency sum;
+  for (ItemType type = kFirstType; type <= kLastType; ++type) {
+    const Currency cost = character.Cost[static_cast<std::size_t>(type)];
+    explain::Step step(character, kTypes[static_cast<std::size_t>(type)].traits);
+    step.Repeat(kTypes[static_cast<std::size_t>(type)].tag);
+    sum += step.NeedsDetail().Is(cost);
+  }
+  return sum;
+}
+}  // namespace
 
 // Everything that a formula can read of the character and that a summing up may change.
 class KVRCharacter::TotalsRead {
@@ -75,14 +111,18 @@ void KVRCharacter::UpdateTotals() {
 }
 
 void KVRCharacter::SumCosts() {
+  if (Solving.record != nullptr) Solving.record->Restart(*this);
   Cost.fill(0);
   DollarCost = TotalWeight = CurrentLoad = AgainstDisadLimit = 0;
   for (const clsItem& item : Items) SumItem(item);
   AgainstDisadLimit += Cost[kDisads];
   EncumbranceLevel = GetEncLevel(CurrentLoad);
-  TotalCost = 0;
-  for (Currency cost : Cost) TotalCost += cost;
+  TotalCost = SumOf(*this);
+  explain::Section section(*this, "unspentpoints");
   TotalPoints = Campaign.BasePoints + Campaign.TotalPoints;
+  explain::Note(*this, "points to begin with: ", Campaign.BasePoints);
+  explain::Note(*this, "points of the campaign: ", Campaign.TotalPoints);
+  explain::Note(*this, "spent: ", TotalCost);
   UnspentPoints = TotalPoints - TotalCost;
 }
 
@@ -92,7 +132,9 @@ void KVRCharacter::SumItem(const clsItem& item) {
   }
   if (!item.ParentKey().empty()) return;
   if (!IsSet(item.FreeTag("owned"))) {
-    Cost[static_cast<std::size_t>(item.ItemType)] += item.Points();
+    const auto type = static_cast<std::size_t>(item.ItemType);
+    Cost[type] += item.Points();
+    NotePart(*this, kTypes[type].tag, item, item.Points());
     if (item.ItemType == kStats) AgainstDisadLimit += std::min(item.Points(), Currency(0));
   }
   if (item.ItemType == kEquipment && !CostsAreInOwner(item)) SumEquipment(item);
@@ -106,13 +148,18 @@ bool KVRCharacter::CostsAreInOwner(const clsItem& item) const {
 }
 
 void KVRCharacter::SumEquipment(const clsItem& item) {
-  DollarCost += Currency::FromVal(item.FreeTag("cost"));
+  const Currency price = Currency::FromVal(item.FreeTag("cost"));
+  DollarCost += price;
+  NotePart(*this, "dollarcost", item, price);
   if (IsSet(item.FreeTag("ndl"))) return;
   Currency weight = Currency::FromVal(item.FreeTag("weight"));
   TotalWeight += weight;
+  NotePart(*this, "totalweight", item, weight);
   std::string_view loads = item.FreeTag("load");
   bool carried = CurrentLoadout.empty() ? loads.empty() : modTags::IsItemInList(CurrentLoadout, loads);
-  if (carried) CurrentLoad += weight;
+  if (!carried) return;
+  CurrentLoad += weight;
+  NotePart(*this, "currentload", item, weight);
 }
 
 void KVRCharacter::FreezeStats() {

@@ -2,6 +2,7 @@
 // traits.
 #include <algorithm>
 
+#include "calc/RecordLinks.h"
 #include "character/KVRCharacter.h"
 #include "core/Numbers.h"
 #include "core/modNewParser.h"
@@ -57,8 +58,9 @@ void KVRCharacter::QueueRecords(const std::vector<std::int32_t>& keys,
   for (std::int32_t key : keys) {
     clsBonus* record = FindRecord(records, key);
     if (record == nullptr) continue;
-    record->Calculate();
-    PushRecalcBonus(*record);
+    // An amount that stays what it was changes nothing on the traits that it reaches: most texts name these
+    // traits and nothing else.
+    if (CalculateRecord(*record)) PushRecalcBonus(*record);
   }
 }
 

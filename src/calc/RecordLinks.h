@@ -28,6 +28,9 @@ inline constexpr RecordKind kConditionals{&KVRCharacter::Conditionals,
                                           &KVRCharacter::CreateConditionalAffectsLinks,
                                           &KVRCharacter::ClearConditionalAffectsLinks};
 
+// Works the amount out; true if it is another one now.
+bool CalculateRecord(clsBonus& record);
+
 // Compares one trait with all records of the character.
 void LinkToRecords(KVRCharacter& character, clsItem& item);
 void UnlinkFromRecords(clsItem& item);

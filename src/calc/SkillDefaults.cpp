@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "calc/Combinations.h"
+#include "calc/Explanation.h"
 #include "calc/SkillScale.h"
 #include "calc/SolverContext.h"
 #include "calc/modSolver.h"
@@ -95,15 +96,6 @@ Reference ReadReference(std::string_view text, const KVRCharacter& character) {
   return reference;
 }
 
-// Where the arithmetic behind the reference of an entry begins.
-std::size_t EndOfReference(std::string_view entry) {
-  modNewParser::NestingLevels levels(modNewParser::kQuotes | modNewParser::kBraces);
-  for (std::size_t i = 0; i < entry.size(); ++i) {
-    if (levels.Step(entry[i]) && modSolver::kExpressionMarks.find(entry[i]) != npos) return i;
-  }
-  return entry.size();
-}
-
 // An optional specialty knows only a part of its skill: 2 less for whoever doesn't share it.
 bool IsForeignSpecialty(const clsItem& item, const clsItem& candidate) {
   if (!IsOptionalSpecialty(candidate)) return false;
@@ -164,12 +156,12 @@ std::string DefaultTextOf(clsItem& item) {
 // --- Tech levels
 // ------------------------------------------------------------------------------------------------------
 
-// "Engines/TL4 (Steam)" is a name of "Engines (Steam)".
+// "Engines/TL4 (Steam)" and "Engines/TL3+1 (Steam)" are names of "Engines (Steam)".
 std::string NameWithoutTechLevel(const clsItem& item) {
   std::string name = item.FullName();
   const std::size_t at = FindNoCase(name, "/tl");
   if (at == npos) return name;
-  return name.erase(at, name.find_first_not_of("0123456789", at + 3) - at);
+  return name.erase(at, name.find(' ', at) - at);
 }
 
 // The number of a tech level: what stands behind its digits ("3+1", "4^") does not count.
@@ -197,7 +189,9 @@ class BestDefault {
 
   void Try(std::string_view expression) {
     DefaultSource source;
-    const std::int32_t level = CLngClamped(modSolver::SolverForDefaults(expression, source, item_));
+    explain::Step step(item_, "default");
+    const std::int32_t level = step.Is(CLngClamped(modSolver::SolverForDefaults(expression, source, item_)));
+    step.Named("default from ", source.name);
     if (level <= level_) return;
     level_ = level;
     source_ = std::move(source);
@@ -226,6 +220,15 @@ class BestDefault {
 
 }  // namespace
 
+std::string_view HeadReference(std::string_view entry) {
+  modNewParser::NestingLevels levels(modNewParser::kQuotes | modNewParser::kBraces);
+  for (std::size_t i = 0; i < entry.size(); ++i) {
+    if (levels.Step(entry[i]) && modSolver::kExpressionMarks.find(entry[i]) != npos)
+      return entry.substr(0, i);
+  }
+  return entry;
+}
+
 std::string DefaultInUse(clsItem& item) {
   const std::string_view written = item.FreeTag("deffrom");
   const clsSkillCosts* type = SkillTypeOf(item);
@@ -250,11 +253,14 @@ std::vector<SkillDefault> clsItem::privGetValidDefaultList() {
 
 void clsItem::privGetValidExpandedDefaultList(std::string_view entry, std::vector<SkillDefault>& list) {
   entry = Trim(entry);
-  const std::size_t end = EndOfReference(entry);
-  const Reference reference = ReadReference(entry.substr(0, end), *Owner);
-  if (reference.trait == nullptr || !privSkillDefaultIsValid(reference.trait->IDKey)) return;
+  const std::string_view head = HeadReference(entry);
+  const Reference reference = ReadReference(head, *Owner);
+  if (reference.trait == nullptr || !privSkillDefaultIsValid(reference.trait->IDKey)) {
+    explain::Note(*this, "no default from ", entry);
+    return;
+  }
   std::string text = std::to_string(reference.trait->IDKey) + "??" + reference.tag;
-  text += entry.substr(end);
+  text += entry.substr(head.size());
   if (IsForeignSpecialty(*this, *reference.trait)) text += "-2";
   list.push_back({std::move(text), reference.trait->IDKey});
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace kvr {
 
@@ -12,6 +13,10 @@ struct SkillDefault {
   std::string text;
   std::int32_t idKey = 0;
 };
+
+// What stands before the arithmetic of a default or an attribute: "{SK:Blade (Short)}" of "{SK:Blade
+// (Short)}-2".
+std::string_view HeadReference(std::string_view entry);
 
 class clsItem;
 

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "calc/Combinations.h"
+#include "calc/Explanation.h"
 #include "calc/SkillScale.h"
 #include "calc/modSolver.h"
 #include "character/KVRCharacter.h"
@@ -45,16 +46,19 @@ std::string_view StatTextOf(const clsItem& item, const clsSkillCosts& type) {
 }
 
 SkillScale::SkillScale(clsItem& item, const clsSkillCosts& type)
-    : type_(type),
+    : item_(item),
+      type_(type),
       isTechnique_(item.Maneuver() == 1),
       levelWithoutPoints_(type.ZeroPointsOkay || EqualNoCase(Trim(type.DefaultStat), "%default")) {
   if (isTechnique_) return;
   if (item.Maneuver() == 2) {
     start_ = CombinedLevel(item).level;
   } else {
-    start_ = CLngClamped(modSolver::Solver(StatTextOf(item, type), item));
+    start_ = CLngClamped(explain::SolvedStep(item, "rests on", StatTextOf(item, type)));
   }
   start_ += type.Base();
+  explain::Note(item, type.Name, " starts at: ", start_, " (",
+                explain::Signed{static_cast<double>(type.Base())}, ")");
 }
 
 std::int64_t SkillScale::StepsFor(Currency points) const {
@@ -69,9 +73,13 @@ std::int64_t SkillScale::StepsFor(Currency points) const {
 std::int32_t SkillScale::Level(std::int32_t defaultLevel, Currency points) const {
   const std::int64_t start = StartFrom(defaultLevel);
   if (points <= Currency() || points < type_.MinCost()) {
+    explain::Note(item_, explain::Points{points}, " buy no level");
     return levelWithoutPoints_ ? Held<std::int32_t>(start) : 0;
   }
-  return Held<std::int32_t>(start + StepsFor(points));
+  const std::int64_t steps = StepsFor(points);
+  explain::Note(item_, "from ", explain::Points{points}, " (", type_.Name,
+                "): ", explain::Signed{static_cast<double>(steps)}, " on ", start);
+  return Held<std::int32_t>(start + steps);
 }
 
 Currency SkillScale::PointsFor(std::int32_t defaultLevel, std::int32_t wanted) const {

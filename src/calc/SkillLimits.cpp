@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <string>
 
+#include "calc/Explanation.h"
 #include "calc/modSolver.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
@@ -35,7 +36,9 @@ Limit ReadLimit(clsItem& item, std::string_view tag) {
   std::string_view text = item.FreeTag(tag);
   if (text.empty()) return limit;
   limit.inPoints = CutPointsWord(text);
-  limit.value = modSolver::Solver(std::string(text), item);
+  explain::Step step(item, tag, limit.inPoints ? " (points)" : "");
+  if (!tag.ends_with("upto")) step.NeedsDetail();
+  limit.value = step.Is(modSolver::Solver(std::string(text), item));
   return limit;
 }
 

@@ -32,6 +32,7 @@ class SkillScale {
   std::int64_t StepsFor(Currency points) const;
   std::int64_t StartFrom(std::int32_t defaultLevel) const { return isTechnique_ ? defaultLevel : start_; }
 
+  const clsItem& item_;
   const clsSkillCosts& type_;
   bool isTechnique_;
   bool levelWithoutPoints_;

@@ -1,5 +1,6 @@
 // With which of the character's skills a weapon is used, at what level, and how well that parries.
 #include "calc/CalcSteps.h"
+#include "calc/Explanation.h"
 #include "calc/ModeLists.h"
 #include "calc/SolverContext.h"
 #include "calc/WeaponTags.h"
@@ -53,12 +54,18 @@ void WeaponTags::CalcSkillUsed() {
   const bool isUsed = !skills.empty() || (item_.ItemType == kEquipment && !item_.FreeTagIsEmpty("default"));
   const std::size_t modes = isUsed ? ModesCount() : 0;
   const std::vector<std::string_view> lists = modeLists::Values(skills);
-  const TagBonus scoreBonus = ReadBonus("skillscore"), parryBonus = ReadBonus("parryscore");
+  explain::Section section(item_, "charskillscore");
+  const TagBonus scoreBonus = ReadBonus("skillscore");
+  section.Now("charparryscore");
+  const TagBonus parryBonus = ReadBonus("parryscore");
+  section.Now("skillused,charskillused,charskillscore,charparryscore");
   std::vector<std::string> names(modes), scores(modes), parries(modes);
   for (std::size_t i = 0; i < modes; ++i) {
+    explain::Step step(item_, [&] { return ModeName(i + 1); });
     const SkillUsed skill = SkillFor(i < lists.size() ? lists[i] : std::string_view());
     if (skill.trait == nullptr) continue;
     names[i] = skill.trait->FullName();
+    explain::Note(item_, "used: ", names[i], " at ", skill.level);
     scores[i] = NumberText(WithBonus(skill.level, scoreBonus));
     parries[i] = ParryScore(skill, i + 1, parryBonus);
   }
@@ -104,15 +111,18 @@ WeaponTags::SkillUsed WeaponTags::SkillOfEntry(std::string_view entry) {
       [&](char mark) { formula += mark; });
   // A skill that was never learned and has no default can't be used.
   if (skill.trait == nullptr || LevelOf(*skill.trait) <= 0) return {};
-  skill.level = modSolver::Solver(formula, item_);
+  explain::Step step(item_, [&] { return skill.trait->FullName(); });
+  skill.level = step.Is(modSolver::Solver(formula, item_));
   return skill;
 }
 
 std::string WeaponTags::ParryScore(const SkillUsed& skill, std::size_t mode, const TagBonus& bonus) {
   const std::string parry = Value(RowOf(kParryTag), mode);
+  explain::Note(item_, "parry of the weapon: ", parry);
   if (!ScanDecimal(parry, Gaps::None).found || skill.trait->FreeTagIsEmpty("parryat")) return "";
+  explain::Step step(item_, "parry with it");
   const double own = skill.trait->DefenceAtLevel("parryat", skill.level);
-  return NumberText(WithBonus(own + Val(parry), bonus));
+  return step.Is(NumberText(WithBonus(own + Val(parry), bonus)));
 }
 
 }  // namespace kvr

@@ -3,12 +3,15 @@
 #include "calc/CalcSteps.h"
 #include "calc/Children.h"
 #include "calc/Combinations.h"
+#include "calc/Explanation.h"
+#include "calc/SkillDefaults.h"
 #include "calc/SkillLimits.h"
 #include "calc/SkillScale.h"
 #include "calc/modSolver.h"
 #include "character/KVRCharacter.h"
 #include "core/Numbers.h"
 #include "core/modLogging.h"
+#include "core/modTools.h"
 
 namespace kvr {
 namespace {
@@ -27,9 +30,12 @@ Currency LeastPoints(const clsItem& item, const clsSkillCosts& type) {
   return wholePoint && type.MinCost() < Currency(1) ? Currency(1) : type.MinCost();
 }
 
-std::string_view NameInReference(std::string_view text) {
-  const std::string_view name = modPrefixes::ExtractPrefix(text).rest;
-  return Trim(name.substr(0, name.find("::")));
+// How the value that a skill rests on is shown: "Wits" for "{ST:Wits}", "Wits-1" for "{ST:Wits}-1".
+std::string NameInReference(std::string_view text) {
+  const std::string_view head = HeadReference(text);
+  std::string_view name = modPrefixes::ExtractPrefix(modTools::StripQuotesAndBraces(head)).rest;
+  name = modTools::StripQuotesAndBraces(name.substr(0, name.find("::")));
+  return std::string(name).append(text.substr(head.size()));
 }
 
 // The points that come to `needed` once they are multiplied.
@@ -64,6 +70,10 @@ class SkillCalculation {
   void RaiseToWholePoint();
   void ApplyPoints();
   void WriteDefault(std::int32_t level);
+  void NoteDefault();
+  auto Uptos() const {
+    return [this] { return explain::Written(item_, {"upto", "control_upto"}); };
+  }
   void WriteNoDefault();
 
   clsItem& item_;
@@ -86,6 +96,7 @@ bool SkillCalculation::Begin() {
   item_.SetPoints(0);
   item_.BonusList.clear();
   item_.ConditionalList.clear();
+  explain::Section section(item_, "level,points");
   limits_ = ReadSkillLimits(item_);
   if (type_ != nullptr) return true;
   LogUnknownType(item_);
@@ -96,6 +107,8 @@ bool SkillCalculation::Begin() {
 }
 
 void SkillCalculation::ReadBonuses() {
+  explain::Section section(item_,
+                           "level,apppoints,syspoints,extrapoints,multpoints,pointmult,bonusbasepoints");
   system_ = item_.CalcApplicableSysPoints();
   user_ = item_.GetUserBonusPoints();
   multiplier_ = item_.CalcApplicablePointMult();
@@ -103,10 +116,18 @@ void SkillCalculation::ReadBonuses() {
 }
 
 void SkillCalculation::SpendPoints() {
+  explain::Section section(item_, "level,points,basepoints,apppoints");
   spent_ = item_.BasePoints();
-  if (limits_.mostPoints > Currency()) spent_ = std::min(spent_, limits_.mostPoints);
+  explain::Note(item_, "points spent: ", spent_);
+  if (limits_.mostPoints > Currency() && spent_ > limits_.mostPoints) {
+    spent_ = limits_.mostPoints;
+    explain::Note(item_, "limited to ", explain::Points{spent_}, " by ", Uptos());
+  }
   if (limits_.hasLeastPoints && spent_ < limits_.leastPoints) {
     spent_ = limits_.leastPoints;
+    explain::Note(item_, "raised to ", explain::Points{spent_}, " by ", [this] {
+      return explain::Written(item_, {"downto", "control_downto"});
+    });
     if (spent_ > Currency()) item_.SetBasePoints(spent_);
   }
   if (spent_ < Currency()) {
@@ -121,7 +142,9 @@ void SkillCalculation::SpendPoints() {
 // A part of a point is spent on a spell only where the character's rules allow that.
 void SkillCalculation::RaiseToWholePoint() {
   if (item_.ItemType != kSpells || item_.Owner->AllowHalfPointSpells != 0) return;
-  if (spent_ > Currency() && spent_ < Currency(1)) spent_ = 1;
+  if (spent_ <= Currency() || spent_ >= Currency(1)) return;
+  spent_ = 1;
+  explain::Note(item_, "a spell takes a whole point: 1");
 }
 
 void SkillCalculation::ApplyPoints() {
@@ -131,13 +154,18 @@ void SkillCalculation::ApplyPoints() {
 }
 
 void SkillCalculation::FindDefault() {
+  explain::Section section(item_, "level,default,deffrom,deflevel");
   defaultLevel_ = item_.privGetDefaultLevel(defaultName_, defaultKey_);
+  if (item_.Maneuver() != 0) NoteDefault();
 }
 
 // To a combination the level of what it joins is what a default is to a technique.
 void SkillCalculation::FindCombinedLevel() {
+  explain::Section section(item_, "level,combolevel,deffrom,deflevel");
   CombinedLevelResult combined = CombinedLevel(item_);
   defaultLevel_ = CLngClamped(static_cast<double>(combined.level) + type_->Base());
+  explain::Note(item_, type_->Name, " starts at: ", defaultLevel_, " (",
+                explain::Signed{static_cast<double>(type_->Base())}, ")");
   defaultName_ = std::move(combined.source.name);
   defaultKey_ = combined.source.idKey;
   WriteTag(item_, "combolevel", std::to_string(defaultLevel_));
@@ -146,39 +174,56 @@ void SkillCalculation::FindCombinedLevel() {
 // A technique or combination without points is at its default.
 void SkillCalculation::FindLevelAboveDefault() {
   WriteDefault(defaultLevel_);
-  const bool hasPoints = applicable_ > Currency();
-  level_ = type_->SubZero && !hasPoints ? defaultLevel_
-                                        : SkillScale(item_, *type_).Level(defaultLevel_, applicable_);
+  level_ = defaultLevel_;
+  if (type_->SubZero && applicable_ <= Currency()) return;
+  const SkillScale scale(item_, *type_);
+  explain::Section section(item_, "level,baselevel,type");
+  level_ = scale.Level(defaultLevel_, applicable_);
 }
 
 // A default above the start value is worth the points that its level would cost, and the user's own points
 // buy above it; any other is the level of a skill that has no better one.
 void SkillCalculation::FindLevel() {
   if (item_.Maneuver() != 0) return FindLevelAboveDefault();
+  explain::Section section(item_, "level,baselevel,type,stat");
   const SkillScale scale(item_, *type_);
+  section.Now("level,baselevel");
   level_ = scale.Level(defaultLevel_, applicable_);
+  section.Now("level,baselevel,default,deffrom,deflevel,defpoints");
   if (defaultLevel_ > 0 || type_->SubZero) {
     default_ = std::max(scale.PointsFor(defaultLevel_, defaultLevel_), Currency());
   }
   if (default_ > Currency()) {
     WriteDefault(defaultLevel_);
+    NoteDefault();
+    explain::Note(item_, "that is worth ", explain::Points{default_});
+    section.Now("level,baselevel");
     ApplyPoints();
     level_ = std::max(level_, scale.Level(defaultLevel_, applicable_));
   } else {
     WriteNoDefault();
-    if (level_ <= 0 && defaultLevel_ > 0) level_ = defaultLevel_;
+    if (level_ > 0 || defaultLevel_ <= 0) {
+      explain::Note(item_, "no default in use");
+      return;
+    }
+    level_ = defaultLevel_;
+    NoteDefault();
   }
 }
 
+void SkillCalculation::NoteDefault() {
+  if (!defaultName_.empty()) explain::Note(item_, "in use: ", defaultName_, " at ", defaultLevel_);
+}
+
 void SkillCalculation::WriteDefault(std::int32_t level) {
-  WriteTag(item_, "deffrom", defaultName_);
-  WriteTag(item_, "deffromid", defaultKey_ == 0 ? "" : std::to_string(defaultKey_));
+  WriteOrDeleteTag(item_, "deffrom", defaultName_);
+  WriteOrDeleteTag(item_, "deffromid", defaultKey_ == 0 ? "" : std::to_string(defaultKey_));
   WriteTag(item_, "deflevel", std::to_string(level));
 }
 
 void SkillCalculation::WriteNoDefault() {
-  WriteTag(item_, "deffrom", "");
-  WriteTag(item_, "deffromid", "");
+  WriteOrDeleteTag(item_, "deffrom", "");
+  WriteOrDeleteTag(item_, "deffromid", "");
   WriteTag(item_, "deflevel", "0");
 }
 
@@ -187,18 +232,26 @@ void SkillCalculation::HoldPointsToLimit() {
   const bool optionOn = item_.Owner->Env().Config.UptoAffectsPoints != 0;
   if (!optionOn || limits_.mostLevel <= 0 || level_ <= limits_.mostLevel) return;
   const SkillScale scale(item_, *type_);
+  explain::Section section(item_, "level,baselevel,points,basepoints,apppoints");
+  explain::Note(item_, "level ", level_, " is past ", Uptos());
   spent_ = PointsBeforeMultiplier(scale.PointsFor(defaultLevel_, limits_.mostLevel), multiplier_);
   if (spent_ < type_->MinCost() && item_.ItemType == kSpells && item_.Owner->AllowHalfPointSpells == 0) {
     spent_ = 1;
   } else if (spent_ <= type_->MinCost()) {
     spent_ = type_->MinCost();
   }
+  RaiseToWholePoint();
   ApplyPoints();
+  explain::Note(item_, "points spent in its place: ", spent_);
+  section.Now("level,baselevel");
   level_ = scale.Level(defaultLevel_, applicable_);
 }
 
 void SkillCalculation::HoldLevelToLimit() {
-  if (limits_.mostLevel > 0) level_ = std::min(level_, limits_.mostLevel);
+  if (limits_.mostLevel <= 0 || level_ <= limits_.mostLevel) return;
+  level_ = limits_.mostLevel;
+  explain::Section section(item_, "level,baselevel");
+  explain::Note(item_, "limited to ", level_, " by ", Uptos());
 }
 
 // Taking the free points off what counts and dividing by the multiplier would give the points spent again,
@@ -223,7 +276,9 @@ void SkillCalculation::StorePoints() {
 
 // The points are stored by now and the level is not: a skill without either takes no bonus on its level.
 void SkillCalculation::StoreLevels() {
-  const double system = RoundHalfEven(item_.CalcApplicableSysBonus());
+  explain::Section section(item_, "level,syslevels,extralevels,levelmult");
+  const double given = item_.CalcApplicableSysBonus(), system = RoundHalfEven(given);
+  explain::NoteRounded(item_, given, system);
   const double user = item_.GetUserBonusLevels();
   const double multiplier = item_.CalcApplicableLevelMult();
   item_.SetLevel(CLng(system + user + multiplier * level_));
@@ -237,16 +292,20 @@ void SkillCalculation::StoreLevels() {
 void SkillCalculation::StoreRelativeLevel() {
   const std::string stat(StatTextOf(item_, *type_));
   const bool ordinary = item_.Maneuver() == 0;
-  std::string_view from = type_->RelName;
-  if (from.empty()) from = ordinary ? NameInReference(stat) : std::string_view(defaultName_);
+  std::string from(type_->RelName);
+  if (from.empty()) from = ordinary ? NameInReference(stat) : defaultName_;
   const double relative = item_.Level() - (ordinary ? modSolver::Solver(stat, item_) : defaultLevel_);
+  explain::Section section(item_, "step,stepoff");
+  explain::Note(item_, "level ", item_.Level(), " against ", from, " at ", item_.Level() - relative);
   WriteTag(item_, "stepoff", from);
   WriteTag(item_, "step", (relative >= 0 ? "+" : "") + NumberText(relative));
 }
 
 void SkillCalculation::AddChildren() {
   if (!item_.ChildKeyList().empty() || !item_.FreeTagIsEmpty("childpoints")) {
-    const Currency children = PointsOfChildren(item_, ChildProfile::Sum);
+    explain::Section section(item_, "points,childpoints");
+    explain::Step step(item_, "its children");
+    const Currency children = step.Is(PointsOfChildren(item_, ChildProfile::Sum));
     WriteTag(item_, "childpoints", NumberText(children));
     item_.SetPoints(item_.Points() + children);
   }
@@ -325,6 +384,7 @@ void clsItem::SetOptionalSpecialtyStatus(bool on) {
 
 double clsItem::GetUserBonusLevels() {
   double levels = Val(FreeTag("bonuslevels"));
+  if (levels != 0) explain::Note(*this, "the player gives ", explain::Signed{levels});
   if (levels != 0) BonusList.push_back((levels > 0 ? "+" : "") + NumberText(levels) + " from User");
   return levels;
 }
@@ -332,6 +392,7 @@ double clsItem::GetUserBonusLevels() {
 Currency clsItem::GetUserBonusPoints() {
   Currency points = BonusPoints();
   if (!points.IsZero()) {
+    explain::Note(*this, "the player gives ", explain::Signed{points.ToDouble()}, " points");
     BonusList.push_back((points > 0 ? "+" : "") + NumberText(points) + " pts from User");
   }
   return points;

@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <span>
 
+#include "calc/Explanation.h"
 #include "calc/SolverContext.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
@@ -35,6 +36,15 @@ void Trace(Context& context, std::string_view stage, std::string_view text) {
 }
 void Trace(Context& context, std::string_view stage, double value) {
   if (context.state.trace) Trace(context, stage, Str(value));
+}
+
+// A result, which the explanation of a calculation shows with its formula.
+template <class Solve>
+double Explained(Context& context, std::string_view formula, Solve&& solve) {
+  if (context.state.record == nullptr) return solve();
+  explain::Step step(context.state);
+  step.Formula(formula);
+  return step.Is(solve());
 }
 
 // Whether an expression has words that read its context, so that its value is not kept.
@@ -108,7 +118,10 @@ void ReplaceAtFunctions(std::string_view text, std::string& replaced, Context& c
       begin = open == npos ? EndOfWord(text, at + 1) : text.size();
       continue;
     }
-    CallAtFunction(Trim(text.substr(at, open - at)), Trim(text.substr(open + 1, length)), context, result);
+    result = Explained(context, text.substr(at, open + 1 + length + 1 - at), [&] {
+      CallAtFunction(Trim(text.substr(at, open - at)), Trim(text.substr(open + 1, length)), context, result);
+      return result;
+    });
     if (!(result < 0)) replaced += ' ';
     AppendStr(replaced, result);
     begin = open + 1 + length + 1;
@@ -139,7 +152,7 @@ double SolveParts(std::string_view text, Context& context) {
         part = modTools::StripQuotesAndBraces(part);
         if (part.empty()) return;
         Trace(context, ": Before GetItemVal Parts$(", part);
-        const double value = ReferenceValue(part, context);
+        const double value = Explained(context, part, [&] { return ReferenceValue(part, context); });
         Trace(context, ":  After GetItemVal Parts$(", value);
         stack.Push(value, 0);
       },
@@ -188,7 +201,7 @@ class NoCacheScope {
 double SolveNew(std::string_view expression, Context& context) {
   return Guarded("modSolver:Solver", expression, context, [&] {
     NoCacheScope scope(context.state);
-    const double value = SolveText(expression, context);
+    const double value = Explained(context, expression, [&] { return SolveText(expression, context); });
     if (!context.state.noCache && !NamesContext(expression))
       context.character.TokenCache.Add(expression, value, 0);
     Trace(context, ": Solver Result = ", value);
@@ -255,6 +268,8 @@ double Solver(std::string_view expression, CalcItem& item) {
   if (expression.empty()) return 0;
   if (IsNumeric(expression)) return Val(expression);
   Context context = ContextOf(item);
+  // A kept answer doesn't tell what went into it.
+  if (context.state.record != nullptr) return SolveNew(expression, context);
   if (const clsToken* token = context.character.TokenCache.Item(expression)) return token->Value;
   return SolveNew(expression, context);
 }

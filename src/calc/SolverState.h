@@ -9,9 +9,13 @@
 
 namespace kvr {
 
+class CalcRecord;
+
 struct SolverState {
   // Lines about each stage of an expression go to the log.
   bool trace = false;
+  // What the calculation notes for the player who asks how a number came about; usually there is none.
+  CalcRecord* record = nullptr;
 
   // A result computed with this set depends on the context and is not kept.
   bool noCache = false;

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "calc/CalcSteps.h"
+#include "calc/Explanation.h"
 #include "calc/Limits.h"
 #include "calc/Progression.h"
 #include "calc/modSolver.h"
@@ -23,10 +24,10 @@ StatLimits ReadLimits(clsItem& stat) {
   StatLimits limits;
   LimitText max = ReadLimit(stat.FreeTag("maxscore"));
   limits.limiting = max.limiting;
-  limits.max = modSolver::Solver(max.formula, stat);
+  limits.max = explain::SolvedStep(stat, "highest score", max.formula);
   std::string_view min = stat.FreeTag("minscore");
   limits.hasMin = !min.empty();
-  limits.min = modSolver::Solver(min, stat);
+  limits.min = explain::SolvedStep(stat, "lowest score", min, explain::Detail::Needed);
   std::string_view frozen = stat.FreeTag("frozenlevel");
   limits.frozen = !frozen.empty();
   limits.frozenLevel = CLngClamped(Val(frozen));
@@ -40,17 +41,21 @@ std::int32_t StepsWithin(double distance, double step) {
 }
 
 // `bonuses` are added to the score behind the limit, unless the limit is one of the total.
-std::int32_t LimitedLevel(std::int32_t level, double step, double baseValue, double bonuses,
+std::int32_t LimitedLevel(clsItem& stat, double step, double baseValue, double bonuses,
                           const StatLimits& limits) {
+  std::int32_t level = stat.Level();
   double base = level * step + baseValue;
   double counted = limits.limiting ? bonuses : 0;
   if (limits.max > 0 && base + counted > limits.max) {
     level = StepsWithin(limits.max - baseValue - counted, step);
+    explain::Note(stat, "limited to ", limits.max, limits.limiting ? " with all bonuses" : "",
+                  " by maxscore(", stat.FreeTag("maxscore"), ")");
   }
   base = level * step + baseValue;
   if (limits.hasMin && base < limits.min) {
     level = StepsWithin(limits.min - baseValue, step);
     if (limits.frozen && level < limits.frozenLevel) level = limits.frozenLevel;
+    explain::Note(stat, "raised to ", limits.min, " by minscore(", stat.FreeTag("minscore"), ")");
   }
   return level;
 }
@@ -77,33 +82,45 @@ void clsItem::privCalcStatItem() {
   BonusList.clear();
   ConditionalList.clear();
   std::int32_t level = Level();
-  double step = modSolver::Solver(FreeTag("step"), *this);
-  double baseValue = modSolver::Solver(FreeTag("basevalue"), *this);
+  explain::Section section(*this, "score,basescore");
+  double baseValue = explain::SolvedStep(*this, "starts at", FreeTag("basevalue"));
+  section.Now("score,level,basescore,points");
+  double step = explain::SolvedStep(*this, "a level is", FreeTag("step"), explain::Detail::Needed);
+  section.Now("score,syslevels");
   double sys = CalcApplicableSysBonus();
   WriteTag(*this, "syslevels", NumberText(sys));
   double bonuses = sys + Val(FreeTag("bonuslevels"));
+  section.Now("score,level,basescore,points");
   StatLimits limits = ReadLimits(*this);
   double base = baseValue;
   if (step != 0) {
-    level = LimitedLevel(level, step, baseValue, bonuses, limits);
+    level = LimitedLevel(*this, step, baseValue, bonuses, limits);
     base = level * step + baseValue;
+    explain::Note(*this, level, " levels of ", step, ": ", explain::Signed{base - baseValue});
   }
+  section.Now("score");
   double score = RoundScore(Finite(base + bonuses), RoundMode(*this));
+  explain::NoteRounded(*this, base + bonuses, score);
   WriteTag(*this, "basescore", NumberText(base));
+  section.Now("points,premodspoints");
   Currency points = step == 0 ? Currency() : CalcStatPoints(level, true);
   SetLevel(level);
   SetScore(score);
   SetBasePoints(points);
   SetPoints(points);
   SetPreModsPoints(points);
+  section.End();
   SumConditionals(*this);
 }
 
 Currency clsItem::CalcStatPoints(std::int32_t level, bool inPlay) {
-  Progression progression(FreeTag(level < 0 ? "down" : "up"));
+  const std::string_view way = level < 0 ? "down" : "up";
+  Progression progression(FreeTag(way));
   Currency cost = progression.Cost(std::abs(static_cast<std::int64_t>(level)));
+  explain::Note(*this, "level ", level, " of ", way, "(", FreeTag(way), ") costs ", cost);
   std::string_view multiplier = FreeTag("inplaymult");
   if (!inPlay || multiplier.empty() || Owner == nullptr || !Owner->InPlay()) return cost;
+  explain::Note(*this, "in play: x", multiplier, ", less what it cost before: ", FreeTag("frozencost"));
   return Currency::FromDouble(cost.ToDouble() * Val(multiplier) - Val(FreeTag("frozencost")));
 }
 

@@ -1,4 +1,5 @@
 // Formulas that give text: the special cases ("%level", "%count", "$textvalue(...)") and the "$" functions.
+#include "calc/Explanation.h"
 #include "calc/SolverContext.h"
 #include "calc/modSolver.h"
 #include "core/Currency.h"
@@ -72,7 +73,10 @@ void ReplaceWord(std::string& text, std::string_view word, Context& context, Val
   std::size_t at = FindNoCase(text, word);
   if (at == npos) return;
   context.state.noCache = true;
+  explain::Step read(context.state);
+  read.Formula(word);
   const std::string replacement = value();
+  read.Is(Trim(replacement));
   for (; at != npos; at = FindNoCase(text, word, at + replacement.size())) {
     if (!bound.NextRound(text)) {
       text.clear();
@@ -127,7 +131,9 @@ std::string ReplaceTextFunctions(std::string_view source, Context& context) {
     if (!Charge(context, whole)) return "";
     if (length == npos) continue;
     if (!bound.NextRound(whole)) return "";
-    const std::string value = function->call(Trim(whole.substr(open + 1, length)), context);
+    explain::Step call(context.state);
+    call.Formula(whole.substr(at, open + 1 + length + 1 - at));
+    const std::string value = call.Is(function->call(Trim(whole.substr(open + 1, length)), context));
     text.replace(at, open + 1 + length + 1 - at, value);
   }
   return text;
@@ -149,9 +155,11 @@ std::string TextFunctionSolver(std::string_view expression, CalcItem& item) {
   if (Trim(expression).empty()) return "";
   Context context = ContextOf(item);
   return Guarded("modSolver:TextFunctionSolver", expression, context, [&] {
+    explain::Step formula(context.state);
+    formula.Formula(expression);
     std::string text(expression);
     if (text.find('%') != npos) SubstituteSpecialCases(text, context);
-    return ReplaceTextFunctions(text, context);
+    return formula.Is(ReplaceTextFunctions(text, context));
   });
 }
 

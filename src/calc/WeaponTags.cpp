@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "calc/CalcSteps.h"
+#include "calc/Explanation.h"
 #include "calc/FormulaText.h"
 #include "calc/ModeLists.h"
 #include "calc/modSolver.h"
@@ -56,27 +57,37 @@ std::size_t EndOfWord(std::string_view text, std::size_t at) {
   return at;
 }
 
+// "me::reach" in the tag `reach`.
+bool ReadsItself(std::string_view value, std::string_view tag) {
+  const std::string reference = "me::" + std::string(tag);
+  for (std::size_t at = FindNoCase(value, reference); at != npos;
+       at = FindNoCase(value, reference, at + reference.size())) {
+    if (EndOfWord(value, at + reference.size()) == at + reference.size()) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 const std::array<WeaponTags::Row, WeaponTags::kRows> WeaponTags::kTable = {{
-    {"clsItem:privCalcCharDamage", "damage", "chardamage"},
-    {"clsItem:privCalcCharDamType", "damtype", "chardamtype"},
-    {"clsItem:privCalcCharAcc", "acc", "characc"},
-    {"clsItem:privCalcCharReach", "reach", "charreach"},
-    {"clsItem:privCalcCharParry", "parry", "charparry"},
-    {"clsItem:privCalcCharRange", "rangehalfdam", "charrangehalfdam"},
-    {"clsItem:privCalcCharRange", "rangemax", "charrangemax"},
-    {"clsItem:privCalcCharShots", "shots", "charshots"},
-    {"clsItem:privCalcCharMinST", "minst", "charminst"},
-    {"clsItem:privCalcCharDR", "dr", "chardr"},
-    {"clsItem:privCalcCharDB", "db", "chardb"},
-    {"clsItem:privCalcCharRadius", "radius", "charradius"},
-    {"clsItem:privCalcCharArmorDivisor", "armordivisor", "chararmordivisor"},
-    {"clsItem:privCalcCharBreak", "break", "charbreak"},
+    {"clsItem:privCalcCharDamage", "damage", "chardamage", "damage,chardamage"},
+    {"clsItem:privCalcCharDamType", "damtype", "chardamtype", "damtype,chardamtype"},
+    {"clsItem:privCalcCharAcc", "acc", "characc", "acc,characc"},
+    {"clsItem:privCalcCharReach", "reach", "charreach", "reach,charreach"},
+    {"clsItem:privCalcCharParry", "parry", "charparry", "parry,charparry"},
+    {"clsItem:privCalcCharRange", "rangehalfdam", "charrangehalfdam", "rangehalfdam,charrangehalfdam"},
+    {"clsItem:privCalcCharRange", "rangemax", "charrangemax", "rangemax,charrangemax"},
+    {"clsItem:privCalcCharShots", "shots", "charshots", "shots,charshots"},
+    {"clsItem:privCalcCharMinST", "minst", "charminst", "minst,charminst"},
+    {"clsItem:privCalcCharDR", "dr", "chardr", "dr,chardr"},
+    {"clsItem:privCalcCharDB", "db", "chardb", "db,chardb"},
+    {"clsItem:privCalcCharRadius", "radius", "charradius", "radius,charradius"},
+    {"clsItem:privCalcCharArmorDivisor", "armordivisor", "chararmordivisor", "armordivisor,chararmordivisor"},
+    {"clsItem:privCalcCharBreak", "break", "charbreak", "break,charbreak"},
     // Behind parry, block and the skill used.
-    {"clsItem:privCalcCharEffectiveST", "effectivest", "chareffectivest"},
-    {"clsItem:privBuildCharVersionTagString", "rof", "charrof"},
-    {"clsItem:privBuildCharVersionTagString", "rcl", "charrcl"},
+    {"clsItem:privCalcCharEffectiveST", "effectivest", "chareffectivest", "effectivest,chareffectivest"},
+    {"clsItem:privBuildCharVersionTagString", "rof", "charrof", "rof,charrof"},
+    {"clsItem:privBuildCharVersionTagString", "rcl", "charrcl", "rcl,charrcl"},
 }};
 
 bool clsItem::privCalcWeaponTags() {
@@ -107,11 +118,16 @@ void WeaponTags::Calculate() {
 
 void WeaponTags::CalcRow(std::size_t row) {
   TraceScope trace(kTable[row].procedure);
+  explain::Section section(item_, kTable[row].explained);
   std::size_t modes = State(row).values.size();
   if (modes == 0 && BonusOn(row).isTarget) modes = std::max<std::size_t>(ModesCount(), 1);
   std::vector<std::string> values;
   values.reserve(modes);
-  for (std::size_t mode = 1; mode <= modes; ++mode) values.push_back(Value(row, mode));
+  for (std::size_t mode = 1; mode <= modes; ++mode) {
+    explain::Step step(item_, [&] { return ModeName(mode); });
+    values.push_back(step.Is(Value(row, mode)));
+    if (mode <= State(row).values.size()) step.Formula(State(row).values[mode - 1]);
+  }
   WriteOrDeleteTag(item_, kTable[row].target, modeLists::Joined(values));
 }
 
@@ -127,7 +143,9 @@ WeaponTags::RowState& WeaponTags::State(std::size_t row) {
 
 const WeaponTags::TagBonus& WeaponTags::BonusOn(std::size_t row) {
   std::optional<TagBonus>& bonus = states_[row].bonus;
-  if (!bonus) bonus = ReadBonus(kTable[row].source);
+  if (bonus) return *bonus;
+  explain::Section section(item_, kTable[row].explained);
+  bonus = ReadBonus(kTable[row].source);
   return *bonus;
 }
 
@@ -140,6 +158,11 @@ WeaponTags::TagBonus WeaponTags::ReadBonus(std::string_view tag) {
   bonus.multiplierText = item_.CalcApplicableTargetTagMultString(tag);
   bonus.adderText = item_.CalcApplicableTargetTagBonusString(tag);
   return bonus;
+}
+
+std::string WeaponTags::ModeName(std::size_t mode) const {
+  std::string name = item_.DamageModeName(mode);
+  return name.empty() ? "mode " + std::to_string(mode) : name;
 }
 
 std::size_t WeaponTags::ModesCount() {
@@ -207,7 +230,7 @@ bool WeaponTags::SubstituteOwnMode(std::string& text, std::size_t mode) {
 std::string WeaponTags::OwnValue(std::string_view tag, std::size_t mode) {
   const std::size_t row = RowOf(tag);
   std::string value = row < kRows ? Value(row, mode) : item_.DamageModeTagItem(mode, tag);
-  if (value.empty()) return "0";
+  if (value.empty() || (row == kRows && ReadsItself(value, tag))) return "0";
   return formulaText::IsFormula(value) ? "(" + value + ")" : value;
 }
 
@@ -224,13 +247,14 @@ modMain::DamageRules WeaponTags::RulesOfDamage(std::size_t mode) {
 }
 
 double WeaponTags::Basis(std::size_t mode) {
+  explain::Step step(item_, "strength for damage");
   const double striking = modSolver::Solver("ST:Striking ST", item_);
   const std::string effective = OwnValue("chareffectivest", mode);
-  if (effective != "0") return modSolver::Solver(effective, item_) + striking;
+  if (effective != "0") return step.Is(modSolver::Solver(effective, item_) + striking);
   std::string stat = item_.DamageModeTagItem(mode, "damagebasedon");
-  if (stat.empty()) return modSolver::Solver("ST:Damage Base", item_) + striking;
+  if (stat.empty()) return step.Is(modSolver::Solver("ST:Damage Base", item_) + striking);
   if (!formulaText::IsReference(stat)) stat = "\"ST:" + stat + "\"";
-  return modSolver::Solver(stat, item_) + striking;
+  return step.Is(modSolver::Solver(stat, item_) + striking);
 }
 
 }  // namespace kvr

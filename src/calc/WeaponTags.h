@@ -35,6 +35,7 @@ class WeaponTags {
   struct Row {
     const char* procedure;
     std::string_view source, target;
+    std::string_view explained;  // both tags
   };
   static constexpr std::size_t kRows = 17;
   static const std::array<Row, kRows> kTable;
@@ -57,6 +58,7 @@ class WeaponTags {
   TagBonus ReadBonus(std::string_view tag);
   void CalcRow(std::size_t row);
   std::size_t ModesCount();
+  std::string ModeName(std::size_t mode) const;
   // The calculated value of a row in one mode.
   std::string Value(std::size_t row, std::size_t mode);
   std::string WorkedOut(std::size_t row, std::size_t mode);

@@ -25,6 +25,7 @@ class clsBonus {
   std::string Bonus;         // amount, without the operator for types 2 to 4
   std::string Upto;          // limit of Value, solved
   double Value = 0;
+  double ValueBeforeUpto = 0;
   std::string StringValueText;
   std::string ListAs;
   std::string Notes;            // the text after " when "

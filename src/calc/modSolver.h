@@ -40,6 +40,9 @@ std::string GetPrereqList(CalcItem& item);
 // The numbers that a list of references (or "GR:" groups) stands for, joined with ",".
 std::string GetValueList(std::string_view list, CalcItem& item);
 
+// Whether there is an "@" function of that name ("@max", in any case).
+bool IsFunction(std::string_view name);
+
 // Solver, with a failure caught: logged, and 0. For foreign text (needs, columns of a list).
 double SolverGuarded(std::string_view expression, CalcItem& item);
 

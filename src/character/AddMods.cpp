@@ -49,14 +49,16 @@ clsMod* KVRCharacter::MakeMod(CalcItem& owner, std::string_view tagList, std::st
                     "' is left out: modifiers on modifiers go too deep.");
     return nullptr;
   }
+  NoteFormerState(*owner.RootOwnerItem());
   auto mod = std::make_unique<clsMod>();
   mod->Owner = &owner;
   // The tag is sought behind a comma.
   std::string list = "," + std::string(tagList);
   const std::string initMods = ExtractOwnInitMods(list);
+  modDirectives::MarkMessages(list);
   if (modDirectives::HandleSpecialDirectives(list, *this, {{"%AddedItemsList%", ""}})) return nullptr;
   if (modDirectives::HandleDirectives(list, *this, {{"%AddedItemsList%", ""}})) return nullptr;
-  modTools::ReplaceAll(list, "#message(", "%%message%%(");
+  const std::vector<std::string> messages = modDirectives::TakeMarkedMessages(list);
   mod->NewTagList(list);
   if (mod->Group().empty() && !group.empty()) mod->SetTagItem("group", group);
   if (std::string tl = mod->TagItem("tl"); !tl.empty()) mod->SetTagItem("tl", ReducedTL(tl, TL));
@@ -67,6 +69,7 @@ clsMod* KVRCharacter::MakeMod(CalcItem& owner, std::string_view tagList, std::st
   made.Flag = clsItem::kNewlyAdded;
   ModsOf(owner)->Add(std::move(mod), KeyTextOf(made.IDKey));
   if (made.TagItem("level").empty()) made.SetTagItem("level", "1");
+  for (const std::string& message : messages) modDirectives::ShowMessage(*this, message);
   MakeInitialMods(made, initMods);
   return &made;
 }

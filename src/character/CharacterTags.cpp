@@ -33,9 +33,17 @@ struct Total {
 struct Level {
   std::int16_t KVRCharacter::*value;
 };
+// Of the base damage: what is written to the tag list stands in place of what the attribute gives.
+struct DamageText {
+  std::string KVRCharacter::*value;
+};
+struct DamageDiceCount {
+  std::int32_t KVRCharacter::*value;
+};
 
-using Slot = std::variant<std::string KVRCharacter::*, std::int32_t KVRCharacter::*, InPlayFlag,
-                          LastKeyNumber, RefreshFlag, CountOf, CostOf, Total, Level>;
+using Slot =
+    std::variant<std::string KVRCharacter::*, std::int32_t KVRCharacter::*, InPlayFlag, LastKeyNumber,
+                 RefreshFlag, CountOf, CostOf, Total, Level, DamageText, DamageDiceCount>;
 struct CharacterTag {
   std::string_view tag;
   Slot slot;
@@ -48,12 +56,12 @@ constexpr CharacterTag kTags[] = {
     {"againstdisadlimit", Total{&KVRCharacter::AgainstDisadLimit}},
     {"age", &KVRCharacter::Age},
     {"appearance", &KVRCharacter::Appearance},
-    {"basesw", &KVRCharacter::BaseSW},
+    {"basesw", DamageText{&KVRCharacter::BaseSW}},
     {"baseswadds", &KVRCharacter::BaseSwAdds},
-    {"baseswdice", &KVRCharacter::BaseSwDice},
-    {"baseth", &KVRCharacter::BaseTH},
+    {"baseswdice", DamageDiceCount{&KVRCharacter::BaseSwDice}},
+    {"baseth", DamageText{&KVRCharacter::BaseTH}},
     {"basethadds", &KVRCharacter::BaseTHAdds},
-    {"basethdice", &KVRCharacter::BaseTHDice},
+    {"basethdice", DamageDiceCount{&KVRCharacter::BaseTHDice}},
     {"bodytype", &KVRCharacter::BodyType},
     {"charactersheet", &KVRCharacter::FlexFile},
     {"charname", &KVRCharacter::Name},
@@ -131,7 +139,13 @@ struct Reader {
   }
   std::string operator()(Total total) const { return NumberText(character.*total.value); }
   std::string operator()(Level level) const { return std::to_string(character.*level.value); }
+  std::string operator()(DamageText text) const { return character.*text.value; }
+  std::string operator()(DamageDiceCount dice) const { return std::to_string(character.*dice.value); }
 };
+
+bool StandsInTagList(const Slot& slot) {
+  return std::holds_alternative<DamageText>(slot) || std::holds_alternative<DamageDiceCount>(slot);
+}
 
 // True when the property may be written.
 struct Writer {
@@ -185,7 +199,7 @@ void KVRCharacter::SetTagItem(std::string_view tag, std::string_view value) {
     for (std::int32_t key : charValueReaders_) QueueKey(key);
   };
   const CharacterTag* known = FindTag(LCase(tag));
-  if (!known) {
+  if (!known || StandsInTagList(known->slot)) {
     TagText tags;
     tags.Assign(CharTagList);
     tags.Set(tag, value);

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "calc/modSolver.h"
-#include "character/KVRCharacter.h"
+#include "character/FormerState.h"
 #include "character/ModTree.h"
 #include "character/TechLevel.h"
 #include "character/modDirectives.h"
@@ -36,14 +36,16 @@ class ItemCreation {
   ItemCreation(KVRCharacter& character, ItemType type, std::string_view tagList, std::string_view sysKey,
                std::string_view parentKey)
       : character_(character), type_(type), tagList_(tagList), sysKey_(sysKey), parentKey_(parentKey) {
-    if (character_.creations_.empty()) {
-      character_.traitsMade_ = 0;
-      character_.newCats_.clear();
-    }
+    if (character_.creations_.empty()) character_.traitsMade_ = 0;
     character_.creations_.push_back({sysKey_, 0});
-    mark_ = {character_.LastKey, character_.Dirty, character_.newCats_.size()};
+    character_.formerStates_.push_back(std::make_unique<FormerState>(character_));
   }
-  ~ItemCreation() { character_.creations_.pop_back(); }
+  ~ItemCreation() {
+    character_.creations_.pop_back();
+    const std::unique_ptr<FormerState> former = std::move(character_.formerStates_.back());
+    character_.formerStates_.pop_back();
+    if (!undone_ && !character_.formerStates_.empty()) former->HandOverTo(*character_.formerStates_.back());
+  }
   ItemCreation(const ItemCreation&) = delete;
   ItemCreation& operator=(const ItemCreation&) = delete;
 
@@ -82,12 +84,14 @@ class ItemCreation {
   void RunBuildCombo();
   void RunBuildIt();
   void RunEdit();
+  void MakeWaitingLinks();
   void Calculate() { item_->Calculate(); }
   void Trickle() { character_.TrickleRecalcItems(); }
   void CheckNeedsOfComponents();
   void CheckNeeds();
   void AddCategories();
   void DropCreationTags();
+  void SpreadWhatCameLast();
   void Finish() { End(id_); }
 
   // --- What they use ---
@@ -101,17 +105,18 @@ class ItemCreation {
   void End(std::int32_t result);
   // Nothing was made: the character goes back to what it was.
   void Cancel();
+  void Undo();
 
   KVRCharacter& character_;
   const ItemType type_;
   std::string tagList_;
   const std::string sysKey_, parentKey_;
-  KVRCharacter::CreationMark mark_;
   std::unique_ptr<clsItem> unplaced_;  // until it is on the character
   clsItem* item_ = nullptr;
   std::int32_t id_ = 0;
   bool placed_ = false;
   bool ended_ = false;
+  bool undone_ = false;
   std::int32_t result_ = 0;
   int selections_ = 0;
   std::vector<std::int32_t> added_, existing_;  // by all selections
@@ -157,6 +162,7 @@ const ItemCreation::Step ItemCreation::kSteps[] = {
     &ItemCreation::RunBuildIt,
     &ItemCreation::RunEdit,
     &ItemCreation::Do<&KVRCharacter::CreateAffectsLinks>,
+    &ItemCreation::MakeWaitingLinks,
     &ItemCreation::Do<&KVRCharacter::PushRecalcItems>,
     &ItemCreation::Calculate,
     &ItemCreation::Trickle,
@@ -164,6 +170,7 @@ const ItemCreation::Step ItemCreation::kSteps[] = {
     &ItemCreation::CheckNeeds,
     &ItemCreation::AddCategories,
     &ItemCreation::DropCreationTags,
+    &ItemCreation::SpreadWhatCameLast,
     &ItemCreation::Finish,
 };
 
@@ -179,7 +186,7 @@ std::int32_t ItemCreation::Run() {
       }
     }
   } catch (const SolverFailure&) {
-    if (placed_) character_.UndoCreation(mark_);
+    Undo();
     throw;
   }
   return result_;
@@ -191,8 +198,13 @@ void ItemCreation::End(std::int32_t result) {
 }
 
 void ItemCreation::Cancel() {
-  if (placed_) character_.UndoCreation(mark_);
+  Undo();
   End(0);
+}
+
+void ItemCreation::Undo() {
+  if (placed_) character_.formerStates_.back()->Restore();
+  undone_ = true;
 }
 
 void ItemCreation::RunSpecialDirectives() {
@@ -255,6 +267,9 @@ void ItemCreation::RunDirectives(const std::vector<modDirectives::Substitution>&
   std::string text = item_->TagList();
   if (text.find('#') == npos) return;
   const std::string initMods = ExtractOwnInitMods(text);
+  // The last run also takes the questions that waited for the added traits or came out of a list.
+  const bool last = protectedVars.empty();
+  if (last && modDirectives::HandleSpecialDirectives(text, character_, protectedVars)) return Cancel();
   if (modDirectives::HandleDirectives(text, character_, protectedVars)) return Cancel();
   if (!initMods.empty()) text.append(",initmods(").append(initMods).append(")");
   StoreTagList(text);
@@ -335,6 +350,7 @@ void ItemCreation::SetStartValues() {
 void ItemCreation::SetStartLevel() {
   item_->SetBaseLevel(1);
   const std::string init = item_->TagItem("init");
+  FormerState::MakeLinksFor(init, character_);
   if (!init.empty()) item_->SetBaseLevel(CLng(modSolver::Solver(init, *item_)));
 }
 
@@ -350,6 +366,7 @@ void ItemCreation::SetStartCount() {
   item_->SetTagItem("count", "1");
   const std::string quantity = item_->TagItem("baseqty");
   if (quantity.empty()) return;
+  FormerState::MakeLinksFor(quantity, character_);
   item_->SetTagItem("count", std::to_string(CLng(modSolver::Solver(quantity, *item_))));
 }
 
@@ -367,22 +384,26 @@ void ItemCreation::NoteBasedOn() {
 }
 
 void ItemCreation::RunBuildCombo() {
-  if (!ContainsNoCase(item_->TagListNoFill(), "#buildcombo")) return;
+  if (!modDirectives::HoldsWord(item_->TagListNoFill(), "buildcombo")) return;
   if (modDirectives::HandleBuildCombo(*item_, noInitMods)) Cancel();
 }
 
 void ItemCreation::RunBuildIt() {
-  if (ContainsNoCase(item_->TagListNoFill(), "#buildit")) modDirectives::HandleBuildIt(*item_, noInitMods);
+  if (modDirectives::HoldsWord(item_->TagListNoFill(), "buildit"))
+    modDirectives::HandleBuildIt(*item_, noInitMods);
 }
 
 void ItemCreation::RunEdit() {
-  if (ContainsNoCase(item_->TagListNoFill(), "#edit")) modDirectives::HandleEdit(*item_);
+  if (modDirectives::HoldsWord(item_->TagListNoFill(), "edit")) modDirectives::HandleEdit(*item_);
 }
 
 void ItemCreation::CheckNeedsOfComponents() {
   const bool askToAdd = character_.Env().Config.AutoAddNeeds != 0;
   for (std::int32_t id : NumbersIn(item_->TagItem("pkids"))) {
-    if (clsItem* component = character_.ItemByKey(id)) character_.ItemNeedsCheck(*component, askToAdd, true);
+    if (clsItem* component = character_.ItemByKey(id)) {
+      character_.NoteFormerState(*component);
+      character_.ItemNeedsCheck(*component, askToAdd, true);
+    }
     if (!IsOnCharacter()) return;
   }
 }
@@ -398,6 +419,17 @@ void ItemCreation::AddCategories() {
 
 void ItemCreation::DropCreationTags() {
   for (std::string_view tag : {"x", "initmods", "init"}) item_->DeleteTag(tag);
+}
+
+// Those of a trait that is part of another creation go on waiting for its end.
+void ItemCreation::MakeWaitingLinks() {
+  if (character_.creations_.size() == 1) FormerState::MakeLinks(character_);
+}
+
+// The checks of needs may have added traits.
+void ItemCreation::SpreadWhatCameLast() {
+  MakeWaitingLinks();
+  if (character_.creations_.size() == 1) character_.TrickleRecalcItems();
 }
 
 // --- The character's side
@@ -451,42 +483,6 @@ bool KVRCharacter::MayCreate(ItemType type, std::string_view sysKey, std::string
   return true;
 }
 
-// The modifiers that are newer than the key, each without those that it carries.
-std::vector<clsMod*> KVRCharacter::ModsSince(std::int32_t lastKey) {
-  std::vector<clsMod*> since;
-  for (clsItem& item : Items) {
-    for (clsMod* mod : AllModsOf(item)) {
-      const auto* carrier = dynamic_cast<const clsMod*>(mod->Owner);
-      if (mod->IDKey > lastKey && !(carrier && carrier->IDKey > lastKey)) since.push_back(mod);
-    }
-  }
-  return since;
-}
-
-// Takes away whatever has come since: the trait itself, what it brought, and their modifiers on other traits.
-void KVRCharacter::UndoCreation(const CreationMark& mark) {
-  // A failure of a formula has been logged; what it was met in is off the character all the same.
-  const auto quietly = [](auto&& removal) {
-    try {
-      removal();
-    } catch (const SolverFailure&) {
-    }
-  };
-  std::vector<std::int32_t> made;
-  for (const clsItem& item : Items) {
-    if (item.IDKey > mark.lastKey) made.push_back(item.IDKey);
-  }
-  std::sort(made.begin(), made.end());
-  for (std::int32_t id : made) quietly([&] { RemoveItem(KeyTextOf(id)); });
-  for (const clsMod* mod : ModsSince(mark.lastKey)) {
-    quietly([&] { RemoveMod(*mod->Owner, KeyTextOf(mod->IDKey)); });
-  }
-  for (; newCats_.size() > mark.newCats; newCats_.pop_back()) Cats.Remove(newCats_.back());
-  LastKey = mark.lastKey;
-  Dirty = mark.dirty;
-  env_.events.RefreshLists();
-}
-
 void KVRCharacter::CheckForNewCats(std::string_view list, ItemType type) {
   modNewParser::ForEachToken(list, ',', modNewParser::kPlain, [&](std::string_view entry) {
     const std::string name(Trim(entry));
@@ -494,7 +490,7 @@ void KVRCharacter::CheckForNewCats(std::string_view list, ItemType type) {
     const clsCategory category{name, "", type};
     const std::string key = clsSortedCatCollection::KeyOf(category);
     if (Cats.Add(std::make_unique<clsCategory>(category), key)) {
-      if (!creations_.empty()) newCats_.push_back(key);
+      if (!formerStates_.empty()) formerStates_.back()->NoteNewCat(key);
       env_.log.LogLine("cat '" + name + "' ADDED.");
     } else {
       env_.log.LogLine("cat '" + name + "' already existed.");

@@ -1,6 +1,9 @@
 // How each kind of field of a trait is found by its tag, read, written, emptied and put into a list.
 #include "character/ItemFields.h"
 
+#include <algorithm>
+#include <limits>
+
 #include "core/Numbers.h"
 #include "core/Text.h"
 
@@ -85,6 +88,12 @@ void ItemFields::WriteTolerantly(clsItem& item, const ItemField& field, std::str
 
 void ItemFields::Clear(clsItem& item, const ItemField& field) {
   if (!(field.rules & ItemField::kKeptOnDelete)) WriteStrictly(item, field, "");
+}
+
+void ItemFields::Copy(clsItem& item, const clsItem& from, const ItemField& field) {
+  std::visit(Overloaded{[&](const ItemField::NameSlot& name) { (item.*name.set)(from.*name.text); },
+                        [](ItemField::Computed) {}, [&](auto clsItem::*value) { item.*value = from.*value; }},
+             field.slot);
 }
 
 void ItemFields::Append(std::string& list, const clsItem& item, const ItemField& field, NumberForm form) {

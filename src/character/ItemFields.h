@@ -48,6 +48,7 @@ struct ItemFields {
   // The leading number of the text, zero without one; never fails.
   static void WriteTolerantly(clsItem& item, const ItemField& field, std::string_view value);
   static void Clear(clsItem& item, const ItemField& field);
+  static void Copy(clsItem& item, const clsItem& from, const ItemField& field);
 
   enum class NumberForm { Plain, KeepDecimal };
   // Adds ",tag(value)", unless the field is empty or zero and not always written.

@@ -102,7 +102,6 @@ void KVRCharacter::ClearWorkingState() {
   changedItems_.clear();
   creations_.clear();
   traitsMade_ = 0;
-  newCats_.clear();
   removing_.clear();
   savedFile_.reset();
   lostItsEnd_ = false;

@@ -324,16 +324,14 @@ class KVRCharacter final : public CalcItem {
   // Adds or raises each trait of a list of needs ("SK:Sword >= 12, AD:Luck"); one that can't be had is
   // logged.
   void AddSpecifiedItems(std::string_view neederName, std::string_view text);
-  // While a taboo is checked, mitigated traits count as absent.
-  bool TabooCheckRuns() const { return tabooCheckRuns_; }
   void AddTaboosFromOwner(clsItem& owner);
   void RemoveTaboosFromOwner(clsItem& owner);
   void DisableItemTaboos(clsItem& item);
   void EnableItemTaboos(clsItem& item);
 
-  // --- Template effects (TemplateEffects.cpp, TemplateAdds.cpp, TemplateSelect.cpp, TagChanges.cpp, and what
-  // takes them back: ChangeLog.cpp, FormerStates.cpp)
-  // ------------------------------------------------------------------------------------
+  // --- Template effects (TemplateAdds.cpp, TemplateSets.cpp, TemplateMods.cpp, TemplateSelect.cpp,
+  // TemplateFamilies.cpp, TagChanges.cpp, and what takes them back: ChangeLog.cpp, FormerState.cpp)
+  // -----------------------------------------------
   void HandleSets(clsItem& item);
   void HandleCreates(clsItem& item);
   void HandleAdds(clsItem& item);
@@ -363,9 +361,11 @@ class KVRCharacter final : public CalcItem {
   bool ForceExistingItemToValue(clsItem& item, std::string_view wanted, std::string_view tag);
   // Library modifiers or definitions with " and " between them.
   void AddModsFromAndList(clsItem& item, std::string_view list);
-  // To be called before a trait that the running creation did not make is changed, so that a cancel can put
-  // it back. Nothing is noted outside a creation, nor twice.
+  // To be called before a trait, a record or the character's own texts change, so that a cancelled creation
+  // can put them back. Nothing is noted outside a creation, nor twice, nor what the creation itself made.
   void NoteFormerState(clsItem& item);
+  void NoteFormerRecord(const clsBonus& record);  // that is about to be dropped
+  void NoteFormerTexts();                         // race, body and the like
   // Adds to the trait's weapon modes what the modifier's `addmode` says.
   void ModAddsNewMode(clsMod& mod);
 
@@ -423,19 +423,12 @@ class KVRCharacter final : public CalcItem {
     std::string sysKey;
     std::int32_t id = 0;
   };
-  // What a cancelled creation goes back to.
-  struct CreationMark {
-    std::int32_t lastKey = 0;
-    bool dirty = false;
-    std::size_t newCats = 0;
-  };
   friend class ItemCreation;  // CreateNewItem.cpp
   friend class ItemRemoval;   // RemoveItem.cpp
+  friend class FormerState;   // FormerState.h
 
   bool KeysAreLeft();
   bool MayCreate(ItemType type, std::string_view sysKey, std::string_view tagList);
-  std::vector<clsMod*> ModsSince(std::int32_t lastKey);
-  void UndoCreation(const CreationMark& mark);
   bool RemovalTakesUnfinished(const clsItem& item) const;
   // CreateNewMod without the recalculation; nullptr when it was cancelled or refused.
   clsMod* MakeMod(CalcItem& owner, std::string_view tagList, std::string_view group);
@@ -452,11 +445,11 @@ class KVRCharacter final : public CalcItem {
   // From one parent to another; the new one is left to be calculated.
   void MoveToParent(clsItem& child, clsItem& parent);
 
+  bool MoveToValue(clsItem& item, std::string_view wanted, std::string_view tag, bool always);
+
   std::vector<Creation> creations_;                         // outermost first
-  std::vector<std::unique_ptr<FormerState>> formerStates_;  // noted by the outermost creation
-  bool tabooCheckRuns_ = false;
+  std::vector<std::unique_ptr<FormerState>> formerStates_;  // one for each of them
   std::size_t traitsMade_ = 0;          // by the outermost creation and all in it
-  std::vector<std::string> newCats_;    // keys of categories that it brought
   std::vector<std::int32_t> removing_;  // traits whose removal is under way
   // One run through the queue.
   class TrickleScope {

@@ -6,6 +6,8 @@
 namespace kvr {
 
 void KVRCharacter::AttachChild(clsItem& child, clsItem& parent) {
+  NoteFormerState(child);
+  NoteFormerState(parent);
   const std::string key = child.KeyText();
   parent.AddChild(key);
   // AddChild takes "k1" for present in a list that holds "k11"; a child that its parent doesn't list would be
@@ -17,6 +19,8 @@ void KVRCharacter::AttachChild(clsItem& child, clsItem& parent) {
 
 clsItem* KVRCharacter::DetachFromParent(clsItem& child) {
   clsItem* parent = child.ParentKey().empty() ? nullptr : ItemByKey(NumberOfKeyText(child.ParentKey()));
+  NoteFormerState(child);
+  if (parent) NoteFormerState(*parent);
   child.SetParentKey("");
   if (parent) parent->RemoveChild(child.KeyText());
   RelinkOwnerBonuses(child);

@@ -60,6 +60,7 @@ bool ItemRemoval::IsUnderRemoval(std::int32_t id) const {
 void ItemRemoval::Remove(clsItem& item) {
   if (IsUnderRemoval(item.IDKey)) return;
   const std::int32_t id = item.IDKey;
+  character_.NoteFormerState(item);
   character_.removing_.push_back(id);
   character_.SetRefreshList(item.ItemType);
   Step([&] { DropRecords(item); });
@@ -73,7 +74,8 @@ void ItemRemoval::Remove(clsItem& item) {
   Step([&] { character_.ClearAffectsLinks(item); });
   TakeOff(item);
   std::erase(character_.removing_, id);
-  Step([&] { character_.TrickleRecalcItems(); });
+  // Components leave before their bringer, which must not be calculated anew for each of them.
+  if (character_.removing_.empty()) Step([&] { character_.TrickleRecalcItems(); });
 }
 
 void ItemRemoval::DropRecords(clsItem& item) {
@@ -92,6 +94,7 @@ void ItemRemoval::PushChildren(clsItem& item) {
     clsItem* child = character_.ItemByKey(NumberOfKeyText(Trim(key)));
     if (!child) return;
     character_.PushDeleteItem(child->KeyText());
+    character_.NoteFormerState(*child);
     child->SetParentKey("");
   });
 }
@@ -100,6 +103,7 @@ void ItemRemoval::LeaveBringer(clsItem& item) {
   if (item.FreeTagIsEmpty("owned") && item.FreeTagIsEmpty("disabled")) return;
   clsItem* bringer = character_.ItemByKey(BringerOf(item));
   if (!bringer) return;
+  character_.NoteFormerState(*bringer);
   std::string pkids(bringer->FreeTag("pkids"));
   if (!pkids.empty()) {
     modTags::RemoveItemFromList(std::to_string(item.IDKey), pkids);
@@ -161,6 +165,7 @@ void KVRCharacter::RemoveMod(CalcItem& owner, std::string_view modKey) {
   clsSortedModCollection* mods = ModsOf(owner);
   clsMod* mod = mods ? mods->Item(modKey) : nullptr;
   if (!mod) return;
+  if (clsItem* root = owner.RootOwnerItem()) NoteFormerState(*root);
   RemoveModsFromOwner(*mod);
   RemoveBonusesFromOwner(*mod);
   RemoveConditionalsFromOwner(*mod);

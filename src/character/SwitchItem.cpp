@@ -50,6 +50,7 @@ std::size_t PositionOfOther(const KVRCharacter& character, const clsItem& item, 
 }  // namespace
 
 void KVRCharacter::ResortItem(clsItem& item, const std::function<void()>& change) {
+  NoteFormerState(item);
   const std::string key = item.KeyText();
   clsSortedItemList& list = ItemsByType[static_cast<std::size_t>(item.ItemType)];
   std::unique_ptr<clsItem> taken = Items.Take(key);

@@ -179,4 +179,15 @@ void clsItem::Clear() {
   tags_.Assign("");
 }
 
+void clsItem::CopyData(const clsItem& from) {
+  Flag = from.Flag;
+  BonusList = from.BonusList;
+  ConditionalList = from.ConditionalList;
+  for (const ItemField& field : ItemFields::kTable) ItemFields::Copy(*this, from, field);
+  maneuver_ = from.maneuver_;
+  raiseRuleOf_ = from.raiseRuleOf_;
+  mitigatedByModifier_ = from.mitigatedByModifier_;
+  if (tags_.Text() != from.tags_.Text()) tags_.Assign(from.tags_.Text());
+}
+
 }  // namespace kvr

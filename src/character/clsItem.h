@@ -142,6 +142,8 @@ class clsItem final : public CalcItem {
   void RemoveChild(std::string_view key);
   bool HasChild(std::string_view key) const;  // exactly
   void Clear();
+  // All fields, tags and marks of another trait; the number, modifiers and links stay.
+  void CopyData(const clsItem& from);
 
   // --- Names (ItemNames.cpp)
   // ---------------------------------------------------------------------------------------

@@ -60,6 +60,20 @@ std::string GoalLine(const SelectionRequest& request);
 std::string StatusLine(const SelectionRequest& request, long count, Currency cost);
 bool GoalMet(const SelectionRequest& request, long count, Currency cost);
 
+// A running selection of traits: each pick is made at once, so that its cost counts and can be changed before
+// OK. Positions count from 0 in the request's Items.
+class ItemPicks {
+ public:
+  virtual ~ItemPicks() = default;
+  // Takes what is offered, or raises by a step what was taken. False, with a log line, when that can't be.
+  virtual bool Pick(std::size_t position) = 0;
+  // Lowers by a step what was taken, or gives it back.
+  virtual bool Unpick(std::size_t position) = 0;
+  virtual long CurCount() const = 0;
+  virtual Currency CurCost() const = 0;
+  virtual bool OkayAllowed() const = 0;
+};
+
 // A selection from whole library lists. Entries are keys of the library's trait collection, or key texts
 // ("k17") of traits that the character has.
 struct SelectItemsRequest {
@@ -68,7 +82,8 @@ struct SelectItemsRequest {
   long MinNumber = 0, MaxNumber = 0;
   Currency MinCost, MaxCost;
   bool LimitNumber = false, LimitCost = false;
-  bool MultiTrait = false;
+  bool MultiTrait = false;     // several types are offered
+  ItemPicks* Picks = nullptr;  // picks are made here, and the answer only tells how it ended
 };
 
 struct SelectItemsAnswer {

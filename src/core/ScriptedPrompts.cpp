@@ -161,7 +161,26 @@ SelectionAnswer ScriptedPrompts::ChooseMany(const SelectionRequest& request) {
   return result;
 }
 
+// A line that is named again is raised by a step each time.
+SelectItemsAnswer ScriptedPrompts::PickItems(const SelectItemsRequest& request) {
+  SelectItemsAnswer result;
+  const auto answer = TakeAnswer(request.Title, request.Description);
+  if (!answer || EqualNoCase(Trim(*answer), kCancelWord)) return result;
+  const auto positions = PositionsOf(*answer, CaptionsOf(request.Items), true);
+  bool fits = positions.has_value();
+  if (fits) {
+    for (const std::size_t position : *positions) fits = request.Picks->Pick(position) && fits;
+  }
+  if (fits && request.Picks->OkayAllowed()) {
+    result.Canceled = false;
+  } else {
+    Misfit(request.Title, request.Description, *answer);
+  }
+  return result;
+}
+
 SelectItemsAnswer ScriptedPrompts::SelectItems(const SelectItemsRequest& request) {
+  if (request.Picks) return PickItems(request);
   const auto positions =
       ChoosePositions(GoalOf(request), request.Items, request.Title, request.Description, request.MultiTrait);
   SelectItemsAnswer result;

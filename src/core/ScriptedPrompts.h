@@ -53,6 +53,7 @@ class ScriptedPrompts : public EnginePrompts {
                                                           const std::vector<Choice>& choices,
                                                           std::string_view title, std::string_view text,
                                                           bool allowRepeats);
+  SelectItemsAnswer PickItems(const SelectItemsRequest& request);
   std::string TakePath(std::string_view title, std::string_view text);
 
   Notice onNotice_;

@@ -86,16 +86,21 @@ double SecondsSince(std::chrono::steady_clock::time_point start) {
 void DataFileReader::Read() {
   while (!lines_.AtEnd()) {
     const std::string_view line = lines_.Next(section_ && section_->reader == Reader::Author);
-    if (!lines_.ThrownAway().empty())
-      Note("A comment line threw away the lines joined before it: " + std::string(lines_.ThrownAway()));
+    NoteOddLines();
     if (line.empty() || ReadFileHeaderLine(line)) continue;
     if (line[0] == '[') {
       StartSection(line);
       if (section_ != &kUnknownSection) continue;
     }
     const TraceScope trace(section_ ? section_->trace : kUnknownSection.trace);
-    if (!LogFailure(log_, [&] { ReadLine(line); })) Note("This line could not be read: " + std::string(line));
+    if (!LogFailure(log_, [&] { ReadLine(line); })) Note("This line could not be read", line);
   }
+}
+
+void DataFileReader::NoteOddLines() {
+  if (!lines_.ThrownAway().empty())
+    Note("A comment line threw away the lines joined before it", lines_.ThrownAway());
+  if (lines_.CutShort()) Note("The file ends behind a \",\" or \"|\" that joins the next line to it");
 }
 
 // Lines that are looked for at the head of the file; a version counts wherever it stands first.
@@ -120,6 +125,7 @@ bool DataFileReader::ReadFileHeaderLine(std::string_view line) {
 void DataFileReader::StartSection(std::string_view line) {
   section_ = &FindSection(UCase(line.substr(1, line.size() < 2 ? 0 : line.size() - 2)));
   linesInSection_ = 0;
+  if (section_ == &kUnknownSection) TellObserver("An unknown section", line);
   log_.LogIndented(section_->logText);
   status_ = fileName_ + ": " + std::string(section_->logText);
   system_.Env().events.StatusText(status_);
@@ -130,7 +136,10 @@ void DataFileReader::StartSection(std::string_view line) {
 
 void DataFileReader::ReadLine(std::string_view line) {
   if (line[0] == '#') {
-    if (!system_.DoCommand(line, heading_)) NoteWhere();
+    if (!system_.DoCommand(line, heading_))
+      NoteWhere("A command that cannot be carried out", line);
+    else if (observer_)
+      observer_->Command(lines_.LineNumber(), line);
     return;
   }
   const Reader reader = section_ ? section_->reader : Reader::None;
@@ -145,7 +154,8 @@ bool DataFileReader::ParensMatch(std::string_view line) {
   log_.LogRed("The following line does not have matched sets of parens:");
   log_.LogRed("  " + std::string(line));
   log_.LogRed("There are " + std::to_string(opening) + " '(' and " + std::to_string(closing) + " ')'.");
-  NoteWhere();
+  NoteWhere("Unmatched parentheses",
+            std::to_string(opening) + " '(' and " + std::to_string(closing) + " ')'");
   return false;
 }
 
@@ -194,8 +204,20 @@ void DataFileReader::CountLine() {
   system_.Env().events.LetEventsRun();
 }
 
-void DataFileReader::Note(std::string_view text) {
-  log_.LogRed(std::string(text) + " (" + fileName_ + ", line " + std::to_string(lines_.LineNumber()) + ")");
+void DataFileReader::Note(std::string_view what, std::string_view found) {
+  std::string text(what);
+  if (!found.empty()) text.append(": ").append(found);
+  log_.LogRed(text + " (" + fileName_ + ", line " + std::to_string(lines_.LineNumber()) + ")");
+  TellObserver(what, found);
+}
+
+void DataFileReader::NoteWhere(std::string_view what, std::string_view found) {
+  log_.LogRed("  (" + fileName_ + ", line " + std::to_string(lines_.LineNumber()) + ")");
+  TellObserver(what, found);
+}
+
+void DataFileReader::TellObserver(std::string_view what, std::string_view found) {
+  if (observer_) observer_->Note(lines_.LineNumber(), what, found);
 }
 
 bool KVRSystem::LoadDataFile(std::string_view fileName, std::string& programVersion) {

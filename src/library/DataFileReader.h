@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "core/clsFileReader.h"
+#include "library/DataFileObserver.h"
 #include "library/ItemLines.h"
 #include "library/KVRSystem.h"
 #include "library/LogicalLines.h"
@@ -15,8 +16,13 @@ namespace kvr {
 class DataFileReader {
  public:
   // `fileName` is for messages.
-  DataFileReader(KVRSystem& system, clsFileReader& file, std::string fileName)
-      : system_(system), log_(system.Env().log), lines_(file), fileName_(std::move(fileName)) {}
+  DataFileReader(KVRSystem& system, clsFileReader& file, std::string fileName,
+                 DataFileObserver* observer = nullptr)
+      : system_(system),
+        log_(system.Env().log),
+        lines_(file),
+        fileName_(std::move(fileName)),
+        observer_(observer) {}
 
   // From top to bottom. What cannot be read is logged, and reading goes on with the next line.
   void Read();
@@ -54,9 +60,12 @@ class DataFileReader {
   void ReadSectionLine(std::string_view line);
   void ReadHeader(std::string_view line);
   void CountLine();
-  // Logs the text with the file and the line that it is about.
-  void Note(std::string_view text);
-  void NoteWhere() { Note(" "); }
+  void NoteOddLines();
+  // Logs "what: found" with the file and the line that it is about.
+  void Note(std::string_view what, std::string_view found = {});
+  // Logs the file and the line alone, behind lines that tell the rest in their own words.
+  void NoteWhere(std::string_view what, std::string_view found);
+  void TellObserver(std::string_view what, std::string_view found);
 
   // --- Headers
   struct Heading {
@@ -86,6 +95,7 @@ class DataFileReader {
   ActivityLog& log_;
   LogicalLines lines_;
   std::string fileName_;
+  DataFileObserver* observer_;  // may be none
   std::string programVersion_;
   const Section* section_ = nullptr;  // before the first header
   std::int32_t version_ = 0;

@@ -32,6 +32,7 @@ bool GoesOn(std::string_view line) {
 
 std::string_view LogicalLines::Next(bool freeText) {
   thrownAway_ = false;
+  cutShort_ = false;
   std::string_view line = NextPhysicalLine();
   firstLine_ = file_.LineNumber();
   if (freeText) return line;
@@ -40,13 +41,17 @@ std::string_view LogicalLines::Next(bool freeText) {
   if (!GoesOn(line)) return line;
   joined_.assign(line);
   while (true) {
+    const bool wantsMore = joined_.ends_with(',') || joined_.ends_with('|');
     if (joined_.ends_with('_'))
       joined_.pop_back();
     else if (joined_.ends_with(','))
       joined_ += ' ';
-    else if (!joined_.ends_with('|'))
+    else if (!wantsMore)
       return joined_;
-    if (AtEnd()) return Trim(joined_);
+    if (AtEnd()) {
+      cutShort_ = wantsMore;
+      return Trim(joined_);
+    }
     line = NextPhysicalLine();
     if (IsComment(line)) {
       thrownAway_ = true;

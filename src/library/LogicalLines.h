@@ -29,6 +29,8 @@ class LogicalLines {
   std::size_t LineNumber() const { return firstLine_; }
   // What the comment that was the last line threw away; "" usually.
   std::string_view ThrownAway() const { return thrownAway_ ? Trim(joined_) : ""; }
+  // The file ended behind a "," or "|" of the last line, which should have gone on.
+  bool CutShort() const { return cutShort_; }
 
  private:
   std::string_view NextPhysicalLine();
@@ -38,6 +40,7 @@ class LogicalLines {
   std::string blanked_;  // a physical line that held tabs or NULs
   std::size_t firstLine_ = 0;
   bool thrownAway_ = false;
+  bool cutShort_ = false;
 };
 
 }  // namespace kvr

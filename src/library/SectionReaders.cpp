@@ -55,7 +55,7 @@ DataFileReader::Heading DataFileReader::ReadHeading(std::string_view line, std::
     }
   }
   log_.LogRed(std::string(complaint) + std::string(line));
-  NoteWhere();
+  NoteWhere("A bad heading", line);
   return heading;
 }
 
@@ -91,6 +91,7 @@ void DataFileReader::AddItemFromDataFile(std::string_view wholeLine) {
   }
   item.IDKey = system_.NewKey();
   NoteOddities(notes);
+  if (observer_) observer_->Item(lines_.LineNumber(), *item);
   if (version_ < 3) {
     if (item.ItemType >= kAds && item.ItemType <= kPerks) ChangeSystemCostsToVersion3(item, "cost");
     if (item.ItemType == kStats) {
@@ -102,9 +103,9 @@ void DataFileReader::AddItemFromDataFile(std::string_view wholeLine) {
 }
 
 void DataFileReader::NoteOddities(const ItemLines::Notes& notes) {
-  if (!notes.valueWithoutTag.empty()) Note("A value without a tag: " + std::string(notes.valueWithoutTag));
+  if (!notes.valueWithoutTag.empty()) Note("A value without a tag", notes.valueWithoutTag);
   if (!notes.nameEndingInBlank.empty())
-    Note("A tag name that ends in a blank: '" + std::string(notes.nameEndingInBlank) + "'");
+    Note("A tag name that ends in a blank", "'" + std::string(notes.nameEndingInBlank) + "'");
   if (notes.tooManyModes) Note("More weapon modes than can be held; the rest of them is left out");
 }
 
@@ -131,6 +132,7 @@ void DataFileReader::AddModItemFromDataFile(std::string_view line) {
   mod->NewTagList(ItemLines::ToTagString(line, ItemLines::Kind::Mod, notes));
   NoteOddities(notes);
   mod->SetTagItem("group", heading_);
+  if (observer_) observer_->Mod(lines_.LineNumber(), *mod);
   if (version_ < 3) ChangeCostsToVersion3ForMods(*mod, "cost");
   const std::string key = mod->SysCollectionKey();
   if (!system_.Mods.AddOrFind(mod, key)) return;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "calc/CalcSteps.h"
 #include "character/RecordWorld.h"
 
 namespace kvr {
@@ -65,7 +66,8 @@ TEST(BonusSums, ABonusGivesNoLevelToAnUnlearnedSkill) {
 TEST(BonusSums, LinesOfConditionalsAndOfAuthors) {
   SumWorld world;
   world.Give("+1 to SK:Climbing::parry when roped listas \"%VALUE% of %name% on %targetname%::%targettag%\"",
-             "+2 to SK:Climbing when roped, x2pts to SK:Climbing, +1pts to SK:Climbing, x3 to SK:Climbing");
+             "+2 to SK:Climbing when roped, x2pts to SK:Climbing, +1pts to SK:Climbing, x3 to SK:Climbing, "
+             "-1 to SK:Climbing::parry when wet, +\"loud\" to SK:Climbing::notes$");
   world.skill.CalcApplicableTargetTagBonus("parry");
   EXPECT_EQ(world.skill.TagItem("bonuslist"), "1 of Giver (Old) on climbing::parry when roped");
   EXPECT_EQ(world.skill.ConditionalApplicableSysBonus(), 2);
@@ -77,6 +79,10 @@ TEST(BonusSums, LinesOfConditionalsAndOfAuthors) {
       "+2 from 'Giver (Old)' when roped, +1pts from 'Giver (Old)', x2pts from 'Giver (Old)', x3 from 'Giver "
       "(Old)'");
   EXPECT_EQ(world.skill.CalcApplicableSysBonus(), 0);
+  world.skill.ConditionalList.clear();
+  ListTagConditionals(world.skill);
+  EXPECT_EQ(world.skill.TagItem("conditionallist"),
+            "-1 from 'Giver (Old)' when wet, +loud from 'Giver (Old)'");
 }
 
 }  // namespace

@@ -55,11 +55,15 @@ TEST(Damage, OfTheCharacter) {
   c.FindItem("Damage Base", kStats)->SetScore(55);
   c.CalcPointCosts();
   EXPECT_EQ(c.BaseSW, "11d+1");
-  c.CharTagList = ",basethdice(2+1),basesw(as the storm)";
-  c.CalcPointCosts();
+  c.SetTagItem("basethdice", "2+1");
+  c.SetTagItem("BaseSW", "as the storm");
+  EXPECT_EQ(c.TagItem("baseth") + " " + c.TagItem("basesw"), "3d as the storm");
   EXPECT_EQ(c.BaseTH + " " + c.BaseSW, "3d as the storm");
   EXPECT_EQ(c.BaseTHDice, 3);
   EXPECT_EQ(c.BaseSwDice, 11);
+  c.SetTagItem("basethdice", "");
+  c.SetTagItem("basesw", "");
+  EXPECT_EQ(c.TagItem("baseth") + " " + c.TagItem("basesw"), "5d 11d+1");
 }
 
 TEST(Damage, TextOfAWeapon) {

@@ -238,6 +238,29 @@ TEST(Modifiers, TotalsStayDefined) {
   }
 }
 
+// Each formula that fails is logged, and leaves its modifier as it was: here at +30% of 100.
+TEST(Modifiers, AFormulaThatFailsLeavesTheOldValue) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"cost(10%),formula(@sqr(0-4)),forceformula(1)", "130"},
+      {"cost(10%/20%),formula(@log(0)),level(5)", "130"},
+      {"cost(10%),upto(@fac(999))", "130"},
+      {"cost(*@sqr(0-4))", "130"},
+      {"cost(30%),tier(@sqr(0-4))", "130"},
+  };
+  for (const auto& [tags, after] : cases) {
+    SCOPED_TRACE(tags);
+    ModWorld world;
+    clsMod& mod = world.PutMod(world.item, "name(M),value(+30%)," + std::string(tags) + ",level(1)");
+    world.PutMod(mod, "name(N),level(1),cost(+0%)");
+    EXPECT_EQ(world.PointsFrom("100"), after);
+    EXPECT_EQ(mod.TagItem("value"), "+30%");
+    EXPECT_GE(world.Logged("of 'M'"), 1);
+  }
+  ModWorld world;
+  world.PutMod(world.item, "name(M),level(1),cost(*@sqr(0-4)),value(*@sqr(0-4))");
+  EXPECT_EQ(world.PointsFrom("100"), "100") << "a value that was never worked out";
+}
+
 TEST(Modifiers, ThousandsAndDeepNestsEnd) {
   ModWorld world;
   for (int i = 0; i < 20000; ++i) world.PutMod(world.item, "name(M),level(1),cost(+1%),upto(9)");

@@ -39,12 +39,41 @@ TEST(ParryBlock, LevelsTakeBonuses) {
   world.character.AddBonusesFromOwner(giver);
   sword.privCalcWeaponTags();
   EXPECT_EQ(sword.FreeTag("parrylevel"), "22");
-  EXPECT_EQ(sword.FreeTag("parryatbonus"), "1");
   EXPECT_EQ(sword.DefenceAtLevel("parryat", 10), 18);
   world.character.RemoveBonusesFromOwner(giver);
   sword.privCalcWeaponTags();
   EXPECT_EQ(sword.FreeTag("parrylevel"), "10");
-  EXPECT_FALSE(sword.FreeTags().Find("parryatbonus"));
+}
+
+// The data's own numbers stay, and count beside what is given: (10 + 2 + 1) * .5 * 2.
+TEST(ParryBlock, NumbersOfTheDataCountBesideBonuses) {
+  struct Case {
+    const char *tags, *gives, *parry, *block;
+  };
+  const Case cases[] = {
+      {"parryatbonus(2),parryatmult(.5)", "", "6", "9"},
+      {"parryatbonus(2),parryatmult(.5)", "+1 to SK:Sword::parryat, x2 to SK:Sword::parryat", "13", "9"},
+      {"blockatbonus(ST:Poise/2),blockatmult(2)", "+1 to SK:Sword::blockat", "10", "30"},
+      {"parryat(10|11|12),parryatbonus(1|2),parryatmult(2)", "", "22|26|24", "9"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.tags);
+    RecordWorld world;
+    world.Put(kStats, "name(Poise),score(10)");
+    clsItem& sword = world.Put(
+        kSkills, "name(Sword),level(15)," + std::string(c.tags) + ",parryat(@int(%level/2)+3),blockat(9)");
+    clsItem& giver = world.Put(kAds, "name(Giver),level(1),gives(" + std::string(c.gives) + ")");
+    world.character.AddBonusesFromOwner(giver);
+    const std::string before(sword.FreeTag("parryatbonus"));
+    for (int pass = 0; pass < 2; ++pass) {
+      sword.BonusList.clear();
+      sword.privCalcWeaponTags();
+      EXPECT_EQ(sword.FreeTag("parrylevel"), c.parry);
+      EXPECT_EQ(sword.FreeTag("blocklevel"), c.block);
+    }
+    EXPECT_EQ(sword.FreeTag("parryatbonus"), before);
+    EXPECT_EQ(sword.BonusListItemsCount(), world.character.Bonuses.size());
+  }
 }
 
 TEST(ParryBlock, ProtectionComesFromTheBody) {

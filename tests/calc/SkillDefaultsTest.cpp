@@ -101,10 +101,17 @@ TEST(SkillDefaults, TheBestIsTaken) {
     EXPECT_EQ(name, c.name);
     EXPECT_EQ(key, c.key);
   }
+}
+
+// A tag that can't be worked out is logged whenever it is read.
+TEST(SkillDefaults, EachIsSolvedOnce) {
   DefaultWorld world;
   std::string defaults;
-  for (int i = 0; i < 200; ++i) defaults += "SK:Riding-" + std::to_string(200 - i) + ",";
-  clsItem& many = world.PutSkill("name(New),type(IQ/E),default(" + defaults + ")");
+  for (int i = 0; i < 200; ++i) defaults += "SK:Riding::probe#-" + std::to_string(200 - i) + ",";
+  world.character.FindItem("Riding", kSkills)->SetTagItem("probe#", "@sqr(0-1)");
+  clsItem& many = world.Put(kSkills, "name(New),type(IQ/E),default(" + defaults + "SK:Riding-1)");
+  many.Calculate();
+  EXPECT_EQ(world.Logged("@sqr(0-1)"), 200);
   EXPECT_EQ(many.Level(), 9);
 }
 
@@ -135,6 +142,22 @@ TEST(SkillDefaults, AnotherTechLevel) {
     const std::int32_t before = own.Level();
     other.SetScoreTo(14);
     EXPECT_EQ(own.Level() > before, c.level > 0) << own.Level();
+  }
+}
+
+// A name may hold the tech level, as may those of its specialties.
+TEST(SkillDefaults, ATechLevelInTheName) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"name(Engines/TL4)", "name(Engines)"},
+      {"name(Engines/TL3+1)", "name(Engines)"},
+      {"name(Engines/TL3^),nameext(Steam)", "name(Engines),nameext(Steam)"}};
+  for (const auto& [own, other] : cases) {
+    SkillWorld world;
+    world.Put(kSkills, std::string(other) + ",type(IQ/E),tl(3)").SetBasePoints(4);
+    clsItem& skill = world.Put(kSkills, std::string(own) + ",type(IQ/E),tl(3)");
+    world.CalculateAll();
+    EXPECT_EQ(skill.TagItem("deflevel"), "13") << own;
+    EXPECT_EQ(skill.Level(), 13) << own;
   }
 }
 

@@ -68,7 +68,12 @@ TEST(Skills, LevelFromPointsDefaultsAndLimits) {
                           {"type(IQ/E),upto(11)", "8", 11, "2"},
                           {"type(IQ/E),upto(12),control_upto(SK:Riding-2)", "8", 11, "2"},
                           {"type(IQ/E),upto(0)", "8", 13, "8"},
+                          {"type(IQ/E),upto(-3)", "8", 13, "8"},
+                          {"type(IQ/E),upto(0pts)", "8", 13, "8"},
                           {"type(IQ/E),upto(2)", "8", 2, "1"},
+                          {"type(IQ/E),control_upto(11)", "8", 11, "2"},
+                          {"type(IQ/E),upto(0),control_upto(11)", "8", 11, "2"},
+                          {"type(IQ/E),upto(11),control_upto(0)", "8", 11, "2"},
                           {"type(Tech),default(SK:Riding-4),upto(SK:Riding-3)", "5", 10, "1"},
                           // What no number can be made of.
                           {"type(IQ/E),upto(nonsense)", "1", 10, "1"},
@@ -79,7 +84,12 @@ TEST(Skills, LevelFromPointsDefaultsAndLimits) {
 
 TEST(Skills, SpellsCostWholePointsUnlessTheRulesAllowLess) {
   SkillWorld world;
-  ExpectLevels(world, {{"", "0.5", 10, "1"}, {"", "1", 10, "1"}, {"", "0", 0, "0"}, {"upto(8)", "4", 8, "1"}},
+  ExpectLevels(world,
+               {{"", "0.5", 10, "1"},
+                {"", "1", 10, "1"},
+                {"", "0", 0, "0"},
+                {"upto(8)", "4", 8, "1"},
+                {"upto(9)", "4", 9, "1"}},
                kSpells);
   world.character.AllowHalfPointSpells = -1;
   ExpectLevels(world, {{"", "0.5", 9, "0.5"}, {"upto(8)", "4", 8, "0.5"}}, kSpells);
@@ -112,6 +122,24 @@ TEST(Skills, WhatADefaultGivesIsWritten) {
   EXPECT_EQ(skill.TagItem("deflevel"), "0");
   EXPECT_EQ(skill.Level(), 9 + 1);
   EXPECT_EQ(skill.TagItem("step"), "+0");
+}
+
+TEST(Skills, TheAttributeIsNamed) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"stat(ST:IQ)", "IQ +0"},
+      {"stat({ST:Wits})", "Wits +0"},
+      {"stat(ST:{Wits}::score)", "Wits +0"},
+      {"stat({ST:Wits}-1)", "Wits-1 +0"},
+      {"stat(@max(ST:IQ, 9))", "@max(ST:IQ, 9) +0"},
+  };
+  SkillWorld world;
+  world.AddType("name(Plain),defaultstat(ST:IQ),baseadj(-1),costs(1/2)");
+  for (const auto& [stat, shown] : cases) {
+    clsItem& skill = world.Put(kSkills, "name(Lore),type(Plain)," + std::string(stat));
+    skill.SetBasePoints(1);
+    skill.Calculate();
+    EXPECT_EQ(skill.TagItem("stepoff") + " " + skill.TagItem("step"), shown) << stat;
+  }
 }
 
 TEST(Skills, BonusesInPointsAndLevels) {

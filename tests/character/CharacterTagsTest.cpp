@@ -11,7 +11,7 @@ TEST(CharacterTags, PropertiesAreReadAndWrittenByName) {
   } const cases[] = {
       {"Name", " Ada ", "Ada"},       {"charactersheet", "a.kcs", "a.kcs"},
       {"flexfile", "b.kcs", "b.kcs"}, {"loadout", "Travel", "Travel"},
-      {"basethdice", "3", "0"},       {"baseswadds", "x", "0"},
+      {"basethdice", "3", "3"},       {"baseswadds", "x", "0"},
       {"inplay", "-1", "-1"},         {"refreshads", "-1", "-1"},
       {"refreshads", "0", "0"},       {"lastkey", "40", "40"},
       {"lastkey", "3", "40"},         {"totalcost", "77", "0"},
@@ -27,7 +27,7 @@ TEST(CharacterTags, PropertiesAreReadAndWrittenByName) {
   }
   EXPECT_EQ(world.character.FlexFile, "b.kcs");
   EXPECT_EQ(world.character.CurrentLoadout, world.character.TagItem("currentloadout"));
-  EXPECT_EQ(world.character.CharTagList, ",my tag((own)),sum#(2*3)");
+  EXPECT_EQ(world.character.CharTagList, ",basethdice(3),my tag((own)),sum#(2*3)");
   EXPECT_EQ(world.Logged("KVRCharacter:TagItem: Error 13"), 1);
   EXPECT_EQ(world.character.TagItem("unknown"), "");
 }

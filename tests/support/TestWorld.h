@@ -14,9 +14,9 @@
 
 #include "core/Environment.h"
 #include "core/Files.h"
-#include "core/ScriptedPrompts.h"
 #include "core/Text.h"
 #include "core/modFileIO.h"
+#include "support/CancelingPrompts.h"
 
 namespace kvr {
 
@@ -69,7 +69,7 @@ class TestWorld {
   std::string RedLog() const { return JoinLog(true); }
 
   std::vector<std::string> notices;  // of prompts without a fitting answer
-  ScriptedPrompts prompts;
+  CancelingPrompts prompts;
   FrontEndEvents events;
   Environment env;
 

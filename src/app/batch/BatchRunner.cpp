@@ -79,7 +79,7 @@ std::vector<Command> AllCommands() {
   std::vector<Command> all;
   for (std::span<const Command> part :
        {LibraryCommands(), CharacterCommands(), TraitCommands(), ModifierCommands(), BonusCommands(),
-        EquipmentCommands(), ScriptCommands()}) {
+        EquipmentCommands(), NeedsCommands(), ScriptCommands()}) {
     all.insert(all.end(), part.begin(), part.end());
   }
   return all;
@@ -151,6 +151,14 @@ clsItem& BatchRunner::Trait(std::string_view reference) {
   }
   if (!item) throw CommandFailure(fmt::format("the character has no trait \"{}\"", reference));
   return *item;
+}
+
+const clsSystemItem& BatchRunner::LibraryTrait(std::string_view reference) {
+  const auto [prefix, name] = modPrefixes::ExtractPrefix(modTools::StripBraces(reference));
+  const ItemType type = modPrefixes::TypeFromPrefix(prefix);
+  const clsSystemItem* found = type == kNoType ? nullptr : app_.TheSystem.FindItem(name, type);
+  if (!found) throw CommandFailure(fmt::format("the library has no trait \"{}\"", reference));
+  return *found;
 }
 
 std::string BatchRunner::PathArgument(std::string_view argument) {

@@ -54,6 +54,7 @@ std::span<const Command> TraitCommands();
 std::span<const Command> ModifierCommands();
 std::span<const Command> BonusCommands();
 std::span<const Command> EquipmentCommands();
+std::span<const Command> NeedsCommands();
 std::span<const Command> ScriptCommands();
 
 class BatchRunner {
@@ -73,6 +74,8 @@ class BatchRunner {
   // What commands ask for; a failure when it is not there.
   KVRCharacter& Character();
   clsItem& Trait(std::string_view reference);
+  // Of the library, by prefix and full name.
+  const clsSystemItem& LibraryTrait(std::string_view reference);
   // The native or bare path of an argument as path text: a bare name stays, anything else becomes absolute.
   static std::string PathArgument(std::string_view argument);
 

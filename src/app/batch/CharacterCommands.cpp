@@ -85,6 +85,14 @@ void Char(BatchRunner& runner, Arguments& arguments) {
   runner.Print(runner.Character().TagItem(tag));
 }
 
+void Changes(BatchRunner& runner, Arguments&) {
+  for (const clsChangeItem& change : runner.Character().ChangeLog) {
+    runner.Print(fmt::format("{}\t{}\t{}\t{}\t{}\t{}", change.Op,
+                             change.Target == 0 ? "character" : KeyTextOf(change.Target),
+                             KeyTextOf(change.Source), change.Tag, change.OldValue, change.NewValue));
+  }
+}
+
 void Recalc(BatchRunner& runner, Arguments& arguments) {
   runner.Character().RecalculateAll(EqualNoCase(arguments.Rest(), "all"));
 }
@@ -131,6 +139,8 @@ constexpr Command kCommands[] = {
     {"use", "N", "makes another character the current one", Use},
     {"points", "", "prints the points by type, the total and what is unspent", Points},
     {"char", "TAG [VALUE]", "writes and reads a property of the character", Char},
+    {"changes", "", "prints what traits changed elsewhere: kind, target, source, tag, old and new value",
+     Changes},
     {"summary", "", "prints the character as a player would read it", Summary},
     {"recalc", "[all]", "recalculates the character; with all, spreads every trait", Recalc},
     {"inplay", "on|off", "takes the character into play or out of it", InPlay},

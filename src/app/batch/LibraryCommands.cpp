@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include "batch/BatchRunner.h"
+#include "character/modNeeds.h"
 #include "core/Files.h"
 #include "core/Text.h"
 
@@ -44,12 +45,35 @@ ItemType TypeArgument(std::string_view word) {
   return type;
 }
 
+constexpr std::string_view kAllowedSwitch = "--allowed";
+
+// Takes the switch from either end of what is left of the line.
+bool TakeAllowedSwitch(std::string_view& text) {
+  const auto isBlank = [](std::string_view rest) { return rest.empty() || rest.front() == ' '; };
+  if (text.starts_with(kAllowedSwitch) && isBlank(text.substr(kAllowedSwitch.size()))) {
+    text = Trim(text.substr(kAllowedSwitch.size()));
+    return true;
+  }
+  const std::string_view atEnd = " --allowed";
+  if (!text.ends_with(atEnd)) return false;
+  text = Trim(text.substr(0, text.size() - atEnd.size()));
+  return true;
+}
+
 void Library(BatchRunner& runner, Arguments& arguments) {
   const ItemType type = TypeArgument(arguments.Word("a kind of trait"));
+  std::string_view wanted = arguments.Rest();
+  KVRCharacter* character = TakeAllowedSwitch(wanted) ? &runner.Character() : nullptr;
   for (const clsSystemItem& item : runner.App().TheSystem.Items) {
     if (item.ItemType != type) continue;
     const std::string name = item.FullName();
-    if (arguments.Empty() || ContainsNoCase(name, arguments.Rest())) runner.Print(name);
+    if (!wanted.empty() && !ContainsNoCase(name, wanted)) continue;
+    if (!character || modNeeds::MayBeTaken(*character, item)) {
+      runner.Print(name);
+    } else {
+      runner.Print(
+          fmt::format("{}\tnot allowed\t{}", name, fmt::join(modNeeds::WhyNot(*character, item), ", and ")));
+    }
   }
 }
 
@@ -80,7 +104,9 @@ void Flags(BatchRunner& runner, Arguments&) {
 constexpr Command kCommands[] = {
     {"dataset", "NAME", "loads a data set", DataSet},
     {"datafile", "NAME", "loads one data file into the library", DataFile},
-    {"library", "TYPE [TEXT]", "lists library traits of a type whose name holds TEXT", Library},
+    {"library", "TYPE [TEXT] [--allowed]",
+     "lists library traits of a type whose name holds TEXT; --allowed marks those that can't be taken now",
+     Library},
     {"list", "TYPE", "lists the character's traits of a type: key, name, level, points", List},
     {"flags", "", "prints the notices about the loaded data files", Flags},
 };

@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include "batch/BatchRunner.h"
+#include "calc/Explanation.h"
 #include "calc/SkillDefaults.h"
 #include "calc/modSolver.h"
 #include "core/Numbers.h"
@@ -28,14 +29,6 @@ void PrintLevelLine(BatchRunner& runner, const clsItem& item) {
   runner.Print(fmt::format("{} {} {}", item.KeyText(), LevelText(item), NumberText(item.Points())));
 }
 
-clsSystemItem& LibraryTrait(BatchRunner& runner, std::string_view reference) {
-  const auto [prefix, name] = modPrefixes::ExtractPrefix(modTools::StripBraces(reference));
-  const ItemType type = modPrefixes::TypeFromPrefix(prefix);
-  clsSystemItem* found = type == kNoType ? nullptr : runner.App().TheSystem.FindItem(name, type);
-  if (!found) throw CommandFailure(fmt::format("the library has no trait \"{}\"", reference));
-  return *found;
-}
-
 void PrintTraitsSince(BatchRunner& runner, std::int32_t lastKey) {
   KVRCharacter& character = runner.Character();
   for (std::int32_t key = lastKey + 1; key <= character.LastKey; ++key) {
@@ -45,7 +38,7 @@ void PrintTraitsSince(BatchRunner& runner, std::int32_t lastKey) {
 
 void Add(BatchRunner& runner, Arguments& arguments) {
   KVRCharacter& character = runner.Character();
-  const clsSystemItem& source = LibraryTrait(runner, arguments.Rest());
+  const clsSystemItem& source = runner.LibraryTrait(arguments.Rest());
   const std::int32_t lastKey = character.LastKey;
   const std::int32_t key = character.AddItemFromSystem(source.CollectionKey());
   if (key == 0) {
@@ -154,6 +147,16 @@ void OptSpec(BatchRunner& runner, Arguments& arguments) {
   runner.Print(item.TagItem("type"));
 }
 
+// The character itself is "char".
+void Explain(BatchRunner& runner, Arguments& arguments) {
+  const std::string_view reference = arguments.Reference();
+  const std::string_view tag = arguments.Word("the name of a tag");
+  for (const std::string& line : EqualNoCase(reference, "char") ? ExplainTag(runner.Character(), tag)
+                                                                : ExplainTag(runner.Trait(reference), tag)) {
+    runner.Print(line);
+  }
+}
+
 // By reference, or by its name alone.
 clsItem& SkillArgument(BatchRunner& runner, std::string_view name) {
   for (const ItemType type : {kSkills, kSpells}) {
@@ -212,6 +215,10 @@ constexpr Command kCommands[] = {
     {"parent", "REF REF", "makes the second trait the parent of the first; - for none", Parent},
     {"optspec", "REF on|off", "makes a skill an optional specialty; prints its type", OptSpec},
     {"skill", "NAME", "level, default in use and points of a skill or spell", Skill},
+    {"explain", "REF TAG",
+     "how a tag's value came about: a tree of formulas, bonuses, modifiers and limits; char for the "
+     "character",
+     Explain},
     {"eval", "[@REF] EXPR", "the number that a formula comes to, for a trait or the character", Eval},
     {"text", "[@REF] EXPR", "the text that a formula comes to", Text},
 };

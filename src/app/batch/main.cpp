@@ -7,6 +7,7 @@
 #include <iostream>
 
 #include "batch/BatchRunner.h"
+#include "batch/LintRun.h"
 #include "core/Files.h"
 #include "core/modFileIO.h"
 
@@ -16,6 +17,8 @@ namespace {
 
 struct Options {
   std::string dataDir, userDir, script;
+  std::vector<std::string> lint;  // data files to check instead of running a script
+  std::string dataSet;
   bool keepGoing = false;
 };
 
@@ -83,6 +86,14 @@ int RunScript(const Options& options) {
   return status;
 }
 
+int LintFiles(const Options& options) {
+  kvr::ScriptedPrompts prompts([](const std::string& notice) { std::cerr << notice << std::endl; });
+  kvr::FrontEndEvents events;
+  kvr::Environment env(prompts, events);
+  MakeWorld(env, options);
+  return kvr::batch::RunLint(env, options.lint, options.dataSet, std::cout, std::cerr);
+}
+
 std::string CommandHelp() {
   std::string text = "Commands, one a line; lines beginning with # are skipped:\n";
   for (const kvr::batch::Command& command : kvr::batch::AllCommands()) {
@@ -109,8 +120,24 @@ int main(int argc, char** argv) {
       ->type_name("DIR");
   cli.add_flag("--keep-going", options.keepGoing,
                "Goes on behind a command that fails; the status is 1 at the end");
-  cli.add_option("SCRIPT", options.script, "The script, or - for standard input")->required();
+  CLI::Option* script = cli.add_option("SCRIPT", options.script, "The script, or - for standard input");
+  CLI::Option* lint = cli.add_option("--lint", options.lint,
+                                     "Checks these data files instead of running a script: one line for each "
+                                     "finding, and the status is 1 when there is any")
+                          ->type_name("FILE...")
+                          ->excludes(script);
+  cli.add_option(
+         "--dataset", options.dataSet,
+         "The data set whose files --lint reads with them; - for none. The set of the settings when it "
+         "is left out")
+      ->type_name("NAME")
+      ->needs(lint);
   cli.footer(CommandHelp());
   CLI11_PARSE(cli, argc, argv);
+  if (!options.lint.empty()) return LintFiles(options);
+  if (options.script.empty()) {
+    std::cerr << "SCRIPT is required\nRun with --help for more information." << std::endl;
+    return static_cast<int>(CLI::ExitCodes::RequiredError);
+  }
   return RunScript(options);
 }
