@@ -91,7 +91,7 @@ void DataFileReader::AddItemFromDataFile(std::string_view wholeLine) {
   }
   item.IDKey = system_.NewKey();
   NoteOddities(notes);
-  if (observer_) observer_->Item(lines_.LineNumber(), *item);
+  if (observer_) observer_->Item(lines_.LineNumber(), item);
   if (version_ < 3) {
     if (item.ItemType >= kAds && item.ItemType <= kPerks) ChangeSystemCostsToVersion3(item, "cost");
     if (item.ItemType == kStats) {
