@@ -175,16 +175,11 @@ bool IsSet(std::string_view value) {
 }
 
 std::uint64_t HashLongNoCase(std::string_view text) {
-  std::uint64_t hash = text.size() * 0xBF58476D1CE4E5B9u;
-  std::uint64_t seen = 0;
-  const auto mix = [&](std::uint64_t word) {
-    seen |= word;
-    hash = fold::FoldedProduct(hash ^ LowerWord(word), 0x9E3779B97F4A7C15u);
-  };
   if (text.size() >= 8) {
-    for (std::size_t i = 0; i + 8 < text.size(); i += 8) mix(LoadWord(text.data() + i));
-    mix(LoadWord(text.data() + text.size() - 8));
-    if ((seen & kHighBits) == 0) return hash;
+    fold::LongHash hash(text.size());
+    for (std::size_t i = 0; i + 8 < text.size(); i += 8) hash.Mix(LoadWord(text.data() + i));
+    hash.Mix(LoadWord(text.data() + text.size() - 8));
+    if (hash.IsAscii()) return hash.Hash();
   }
   return std::hash<std::string>()(LCase(text));
 }

@@ -7,6 +7,7 @@
 #include "core/Text.h"
 #include "core/modNewParser.h"
 #include "core/modTags.h"
+#include "library/TypedKey.h"
 
 namespace kvr {
 namespace {
@@ -139,7 +140,7 @@ std::size_t KVRSystem::ItemPositionByNameAndExt(std::string_view fullName, ItemT
     const ItemType first = type == kNoType ? kFirstType : type;
     const ItemType last = type == kNoType ? kLastType : type;
     for (ItemType t = first; t <= last && IsTraitType(t); ++t) {
-      const std::size_t found = Items.PositionOfKey(ItemKey(t, wanted));
+      const std::size_t found = Items.PositionOfKey(TypedKey{t, wanted});
       if (found != 0 && found >= start) return found;
     }
     return 0;
@@ -182,10 +183,10 @@ clsSystemItem* KVRSystem::FindItem(std::string_view fullName, ItemType type) con
     return nullptr;
   }
   if (!IsTraitType(type)) return nullptr;
-  if (clsSystemItem* item = Items.Item(ItemKey(type, fullName))) return item;
+  if (clsSystemItem* item = Items.ItemOfKey(TypedKey{type, fullName})) return item;
   std::string joined;
   const std::string_view wanted = Normalized(fullName, joined);
-  return wanted == fullName ? nullptr : Items.Item(ItemKey(type, wanted));
+  return wanted == fullName ? nullptr : Items.ItemOfKey(TypedKey{type, wanted});
 }
 
 clsSkillCosts* KVRSystem::SkillType(std::string_view name) const {
@@ -284,7 +285,7 @@ void KVRSystem::FileUnder(std::string_view currentCategory, clsSystemItem& item)
 void KVRSystem::CheckForNewCats(std::string_view list, ItemType type) {
   modNewParser::ForEachToken(list, ',', modNewParser::kPlain, [&](std::string_view token) {
     const std::string_view name = Trim(token);
-    if (name.empty() || Cats.Item(ItemKey(type, name))) return;
+    if (name.empty() || Cats.ItemOfKey(TypedKey{type, name})) return;
     auto cat = std::make_unique<clsCategory>(clsCategory{std::string(name), "", type});
     Cats.Add(std::move(cat), ItemKey(type, name));
   });

@@ -16,7 +16,9 @@ namespace kvr {
 template <class Node>
 class KeyTable {
  public:
-  Node* Find(std::uint64_t hash, std::string_view key) const {
+  // A key is a text, or anything that has a hash and compares as one.
+  template <class Key>
+  Node* Find(std::uint64_t hash, const Key& key) const {
     if (slots_.empty()) return nullptr;
     for (std::size_t i = Home(hash); slots_[i].node; i = Next(i))
       if (slots_[i].hash == hash && EqualNoCase(slots_[i].node->Key(), key)) return slots_[i].node;

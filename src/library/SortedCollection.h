@@ -76,7 +76,9 @@ class SortedCollection {
   // Error 9 outside 1 to Count.
   T& Item(std::size_t position) const { return *EntryAt(position).item; }
   // nullptr when there is none, and Error() is 5.
-  T* Item(std::string_view key) const {
+  T* Item(std::string_view key) const { return ItemOfKey(key); }
+  template <class Key>
+  T* ItemOfKey(const Key& key) const {
     Node* node = FindNode(key);
     return node ? std::to_address(node->item) : nullptr;
   }
@@ -91,7 +93,8 @@ class SortedCollection {
     return 0;
   }
   // The position that a key's item has; 0 and error 5 when there is none.
-  std::size_t PositionOfKey(std::string_view key) const {
+  template <class Key>
+  std::size_t PositionOfKey(const Key& key) const {
     const Node* node = FindNode(key);
     if (!node) return 0;
     Sort();
@@ -174,7 +177,8 @@ class SortedCollection {
     node->~Node();
     memory_.Free(node);
   }
-  Node* FindNode(std::string_view key) const {
+  template <class Key>
+  Node* FindNode(const Key& key) const {
     Node* node = table_.Find(HashNoCase(key), key);
     error_ = node ? 0 : static_cast<int>(ErrorNumber::MissingKey);
     return node;
