@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "library/ModRecord.h"
+#include "library/TypedKey.h"
 #include "library/clsSkillCosts.h"
 #include "library/clsSystemItem.h"
 
@@ -60,6 +61,18 @@ TEST(Prefixes, SplitNames) {
     const auto last = modPrefixes::SplitNameAndExtAtLast(c.text);
     EXPECT_EQ(last.name, c.nameAtLast) << c.text;
     EXPECT_EQ(last.ext, c.extAtLast) << c.text;
+  }
+}
+
+TEST(TypedKey, IsAsTheTextThatItMakes) {
+  const std::string letters = "Sword of the Old King, (two-handed) ÄÖ and more";
+  for (std::size_t length = 0; length <= letters.size(); ++length) {
+    const std::string name = letters.substr(0, length), lower = LCase(name), text = "6" + name;
+    ASSERT_EQ(HashNoCase(TypedKey{kSkills, name}), HashNoCase(text)) << name;
+    ASSERT_EQ(HashNoCase(TypedKey{kSkills, lower}), HashNoCase(text)) << name;
+    ASSERT_TRUE(EqualNoCase(text, TypedKey{kSkills, lower})) << name;
+    ASSERT_FALSE(EqualNoCase(text, TypedKey{kSpells, name})) << name;
+    ASSERT_FALSE(EqualNoCase(text, TypedKey{kSkills, text})) << name;
   }
 }
 
