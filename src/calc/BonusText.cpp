@@ -243,6 +243,7 @@ void clsBonus::SetBonusAffects() {
 }
 
 void clsBonus::Calculate() {
+  if (KVRCharacter* character = Owner->RootOwnerChar()) character->NoteFormerRecord(*this);
   try {
     if (StringValue.empty()) {
       StringValueText.clear();

@@ -181,6 +181,7 @@ double ReferenceValue(std::string_view part, Context& context) {
   clsTokenCollection& tokens = context.character.TokenCache;
   part = modTools::StripQuotesAndBraces(part);
   if (const clsToken* token = tokens.Item(part)) return token->Value;
+  if (context.state.overBound) return 0;  // long texts would be read again and again for nothing
   ParsedReference parsed = ParseReference(part);
   if (!parsed.hasPrefix) {
     const ContextWord word = ContextWordOf(parsed.name);

@@ -57,16 +57,6 @@ std::size_t EndOfWord(std::string_view text, std::size_t at) {
   return at;
 }
 
-// "me::reach" in the tag `reach`.
-bool ReadsItself(std::string_view value, std::string_view tag) {
-  const std::string reference = "me::" + std::string(tag);
-  for (std::size_t at = FindNoCase(value, reference); at != npos;
-       at = FindNoCase(value, reference, at + reference.size())) {
-    if (EndOfWord(value, at + reference.size()) == at + reference.size()) return true;
-  }
-  return false;
-}
-
 }  // namespace
 
 const std::array<WeaponTags::Row, WeaponTags::kRows> WeaponTags::kTable = {{
@@ -227,10 +217,21 @@ bool WeaponTags::SubstituteOwnMode(std::string& text, std::size_t mode) {
   return true;
 }
 
+// False where a value leads back to itself, or reads without end.
+bool WeaponTags::SubstituteInSource(std::string& value, std::string_view tag, std::size_t mode) {
+  constexpr int kMostReads = 100000;
+  if (std::ranges::find(reading_, tag) != reading_.end() || ++reads_ > kMostReads) return false;
+  reading_.push_back(tag);
+  SubstituteOwnMode(value, mode);
+  reading_.pop_back();
+  return true;
+}
+
 std::string WeaponTags::OwnValue(std::string_view tag, std::size_t mode) {
   const std::size_t row = RowOf(tag);
   std::string value = row < kRows ? Value(row, mode) : item_.DamageModeTagItem(mode, tag);
-  if (value.empty() || (row == kRows && ReadsItself(value, tag))) return "0";
+  if (row == kRows && !value.empty() && !SubstituteInSource(value, tag, mode)) return "0";
+  if (value.empty()) return "0";
   return formulaText::IsFormula(value) ? "(" + value + ")" : value;
 }
 

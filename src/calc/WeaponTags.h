@@ -63,6 +63,7 @@ class WeaponTags {
   std::string Value(std::size_t row, std::size_t mode);
   std::string WorkedOut(std::size_t row, std::size_t mode);
   std::string OwnValue(std::string_view tag, std::size_t mode);
+  bool SubstituteInSource(std::string& value, std::string_view tag, std::size_t mode);
   // True if there was something to put in.
   bool SubstituteOwnMode(std::string& text, std::size_t mode);
   double Basis(std::size_t mode);
@@ -80,6 +81,8 @@ class WeaponTags {
 
   clsItem& item_;
   std::array<RowState, kRows> states_;
+  std::vector<std::string_view> reading_;  // tags whose own values are being put in
+  int reads_ = 0;
 };
 
 }  // namespace kvr

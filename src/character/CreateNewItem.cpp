@@ -44,6 +44,8 @@ class ItemCreation {
     character_.creations_.pop_back();
     const std::unique_ptr<FormerState> former = std::move(character_.formerStates_.back());
     character_.formerStates_.pop_back();
+    // Answers that nobody asked for must not wait for the next trait.
+    if (character_.creations_.empty()) character_.ClearResponses();
     if (!undone_ && !character_.formerStates_.empty()) former->HandOverTo(*character_.formerStates_.back());
   }
   ItemCreation(const ItemCreation&) = delete;

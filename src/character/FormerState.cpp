@@ -50,7 +50,8 @@ void FormerState::NoteItem(clsItem& item) {
 }
 
 void FormerState::NoteRecord(const clsBonus& record) {
-  if (record.IDKey > lastKeyTemp_ || NumberOf(record.Owner) > lastKey_) return;
+  // A record without a key is just being made.
+  if (record.IDKey <= 0 || record.IDKey > lastKeyTemp_ || NumberOf(record.Owner) > lastKey_) return;
   if (!recordKeys_.insert(record.IDKey).second) return;
   const auto& conditionals = record.Owner->Given()->conditionals;
   const bool conditional = std::ranges::find(conditionals, &record) != conditionals.end();
@@ -202,14 +203,20 @@ void FormerState::PutModsBack(clsItem& item, const FormerItem& former) {
   }
 }
 
+clsBonus* FormerState::StandingRecord(const FormerRecord& former) const {
+  const auto& records = former.conditional ? character_.Conditionals : character_.Bonuses;
+  const auto place = std::ranges::lower_bound(records, former.record.IDKey, {},
+                                              [](const auto& standing) { return standing->IDKey; });
+  return place != records.end() && (*place)->IDKey == former.record.IDKey ? place->get() : nullptr;
+}
+
 void FormerState::PutRecordsBack() {
-  for (FormerRecord& former : records_) {
-    CalcItem* owner = character_.GetObjectFromIDKey(former.owner);
+  for (const FormerRecord& former : records_) {
+    CalcItem* owner = StandingRecord(former) ? nullptr : character_.GetObjectFromIDKey(former.owner);
     if (!owner) continue;
     const RecordKind& kind = former.conditional ? kConditionals : kBonuses;
-    auto record = std::make_unique<clsBonus>(std::move(former.record));
+    auto record = std::make_unique<clsBonus>(former.record);
     record->Owner = owner;
-    record->Targets.clear();
     clsBonus& put = *record;
     auto& given = owner->Given()->*kind.given;
     given.insert(std::ranges::lower_bound(given, put.IDKey, {}, &clsBonus::IDKey), &put);
@@ -230,6 +237,9 @@ void FormerState::RelinkAndRecalculate() {
     character_.QueueKey(id);
     character_.PushRecalcItems(*item);
   }
+  for (const FormerRecord& former : records_) {
+    if (clsBonus* record = StandingRecord(former)) record->Calculate();
+  }
   // A failure of a formula was logged where it was met.
   try {
     character_.TrickleRecalcItems();
@@ -243,6 +253,12 @@ void FormerState::PutTextsBack() {
   KVRCharacter& c = character_;
   for (const auto& [id, former] : items_) {
     if (clsItem* item = c.ItemByKey(id)) PutData(*item, former);
+  }
+  for (const FormerRecord& former : records_) {
+    clsBonus* record = StandingRecord(former);
+    if (!record) continue;
+    record->Value = former.record.Value;
+    record->StringValueText = former.record.StringValueText;
   }
   if (changeLog_) c.ChangeLog = std::move(*changeLog_);
   c.ChangeLog.resize(std::min(changes_, c.ChangeLog.size()));

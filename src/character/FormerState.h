@@ -86,6 +86,7 @@ class FormerState {
   clsItem& ItemToRestore(std::int32_t id, const FormerItem& former);
   void PutData(clsItem& item, const FormerItem& former);
   void PutModsBack(clsItem& item, const FormerItem& former);
+  clsBonus* StandingRecord(const FormerRecord& former) const;
   void PutRecordsBack();
   void RelinkAndRecalculate();
   void PutTextsBack();

@@ -6,7 +6,6 @@
 #include "calc/Progression.h"
 #include "character/FormerState.h"
 #include "character/TagChanges.h"
-#include "character/TemplateEntries.h"
 #include "character/modLists.h"
 #include "core/Numbers.h"
 #include "core/modTags.h"
@@ -111,36 +110,21 @@ void ItemSelection::Offer(std::string_view text) {
   OfferEntry(behind.substr(0, modTags::FindCloseParen(behind)), codes);
 }
 
-// "SK:Sword, tags": the first piece names the trait. The library's record of it is the base, if there is one.
+// "SK:Sword, tags": the first piece names the trait.
 void ItemSelection::OfferEntry(std::string_view entry, std::string_view codes) {
   ActivityLog& log = character_.Env().log;
   const modNewParser::Tokens pieces = modNewParser::ParseChars(entry, ",", modNewParser::kNames);
-  const std::string_view head = Trim(pieces.Token(1));
-  const std::string_view rest =
-      head.size() == entry.size() || pieces.TokenCount() < 2
-          ? std::string_view()
-          : entry.substr(static_cast<std::size_t>(pieces.Token(2).data() - entry.data()));
-  const auto [prefix, name, type] = templateEntries::ReadReference(head);
-  log.LogLine("Prefix = " + prefix);
-  log.LogLine("Rest = " + name);
-  log.LogLine("ListNum = " + std::to_string(type));
+  const std::string_view head = pieces.Token(1);
+  const templateEntries::TraitReference wanted = templateEntries::ReadReference(head);
+  log.LogLine("Prefix = " + wanted.prefix);
+  log.LogLine("Rest = " + wanted.name);
+  log.LogLine("ListNum = " + std::to_string(wanted.type));
   log.LogLine("curItem = " + std::string(entry));
-  if (type == kNoType || name.empty()) {
-    return log.LogRed(prefix + ":" + name + ": Didn't find item: " + std::string(entry));
+  if (wanted.type == kNoType || wanted.name.empty()) {
+    return log.LogRed(wanted.prefix + ":" + wanted.name + ": Didn't find item: " + std::string(entry));
   }
-  Offered offered{type, name, "", "", false, 0, false, 0};
-  if (const clsSystemItem* record = character_.System().FindItem(name, type)) {
-    log.LogLine("Found at " + std::to_string(record->IDKey));
-    offered.fullName = record->FullName();
-    offered.sysKey = record->CollectionKey();
-    offered.tagList = record->TagList();
-  } else {
-    log.LogLine(prefix + ":" + name + ": Didn't find item: " + std::string(entry));
-    const auto [bareName, ext] = modPrefixes::SplitNameAndExt(name);
-    AppendTag(offered.tagList, "name", bareName);
-    AppendTag(offered.tagList, "nameext", ext);
-  }
-  for (const modTags::TagItem& tag : modTags::ReturnTagItemsNoTrim(rest)) {
+  Offered offered = BaseOf(wanted, entry);
+  for (const modTags::TagItem& tag : modTags::ReturnTagItemsNoTrim(entry.substr(head.size()))) {
     if (tag.name == "existing") {
       offered.mayExist = IsSet(Trim(tag.value));
     } else if (!tag.name.empty()) {
@@ -149,6 +133,27 @@ void ItemSelection::OfferEntry(std::string_view entry, std::string_view codes) {
   }
   log.LogLine("newItem = " + offered.tagList);
   AddOffered(std::move(offered), codes);
+}
+
+// The library's record, if there is one.
+ItemSelection::Offered ItemSelection::BaseOf(const templateEntries::TraitReference& wanted,
+                                             std::string_view entry) const {
+  ActivityLog& log = character_.Env().log;
+  Offered offered;
+  offered.type = wanted.type;
+  if (const clsSystemItem* record = character_.System().FindItem(wanted.name, wanted.type)) {
+    log.LogLine("Found at " + std::to_string(record->IDKey));
+    offered.fullName = record->FullName();
+    offered.sysKey = record->CollectionKey();
+    offered.tagList = record->TagList();
+  } else {
+    log.LogLine(wanted.prefix + ":" + wanted.name + ": Didn't find item: " + std::string(entry));
+    offered.fullName = wanted.name;
+    const auto [name, ext] = modPrefixes::SplitNameAndExt(wanted.name);
+    AppendTag(offered.tagList, "name", name);
+    AppendTag(offered.tagList, "nameext", ext);
+  }
+  return offered;
 }
 
 void ItemSelection::AddOffered(Offered offered, std::string_view codes) {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "character/KVRCharacter.h"
+#include "character/TemplateEntries.h"
 #include "core/EnginePrompts.h"
 
 namespace kvr {
@@ -70,6 +70,7 @@ class ItemSelection : public ItemPicks {
   };
 
   void OfferEntry(std::string_view entry, std::string_view codes);
+  Offered BaseOf(const templateEntries::TraitReference& wanted, std::string_view entry) const;
   void AddOffered(Offered offered, std::string_view codes);
   SelectItemsRequest Goal() const;
   Currency EstimatedCost(const Offered& offered) const;

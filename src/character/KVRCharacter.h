@@ -364,7 +364,7 @@ class KVRCharacter final : public CalcItem {
   // To be called before a trait, a record or the character's own texts change, so that a cancelled creation
   // can put them back. Nothing is noted outside a creation, nor twice, nor what the creation itself made.
   void NoteFormerState(clsItem& item);
-  void NoteFormerRecord(const clsBonus& record);  // that is about to be dropped
+  void NoteFormerRecord(const clsBonus& record);  // about to be dropped or calculated anew
   void NoteFormerTexts();                         // race, body and the like
   // Adds to the trait's weapon modes what the modifier's `addmode` says.
   void ModAddsNewMode(clsMod& mod);
@@ -449,8 +449,8 @@ class KVRCharacter final : public CalcItem {
 
   std::vector<Creation> creations_;                         // outermost first
   std::vector<std::unique_ptr<FormerState>> formerStates_;  // one for each of them
-  std::size_t traitsMade_ = 0;          // by the outermost creation and all in it
-  std::vector<std::int32_t> removing_;  // traits whose removal is under way
+  std::size_t traitsMade_ = 0;                              // by the outermost creation and all in it
+  std::vector<std::int32_t> removing_;                      // traits whose removal is under way
   // One run through the queue.
   class TrickleScope {
    public:

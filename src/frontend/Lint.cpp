@@ -3,13 +3,10 @@
 #include "frontend/Lint.h"
 
 #include <algorithm>
-#include <map>
 
-#include "character/TemplateEntries.h"
 #include "core/Text.h"
 #include "core/clsFileReader.h"
 #include "core/modNewParser.h"
-#include "core/modTags.h"
 #include "core/modTools.h"
 #include "frontend/LintChecks.h"
 #include "library/DataFileReader.h"
@@ -74,73 +71,23 @@ void ReadFile(KVRSystem& system, const std::string& path, Listener* listener) {
   DataFileReader(system, file, std::string(Files::SplitPath(path).name), listener).Read();
 }
 
-// --- Traits that bring themselves
-
-std::string ShownName(const clsSystemItem& item) {
-  return std::string(modPrefixes::ItemTypeName(item.ItemType)) + ":" + item.FullName();
-}
-
-using Brought = std::vector<const clsSystemItem*>;
-
-void AddBrought(const KVRSystem& system, std::string_view adds, std::string_view creates, Brought& brought,
-                int depth = 0) {
-  for (std::string_view text : templateEntries::Split(adds)) {
-    const EffectEntry entry = ReadEffectEntry(text);
-    const clsSystemItem* item = system.FindItem(entry.name, entry.type);
-    if (!item) item = system.FindItem(modPrefixes::SplitNameAndExt(entry.name).name, entry.type);
-    if (item && entry.type != kNoType) brought.push_back(item);
-  }
-  if (depth >= kDeepest) return;
-  // What is made here can add and make in its turn.
-  for (std::string_view text : templateEntries::Split(creates)) {
-    const std::string tags = "," + TagsOfCreated(ReadEffectEntry(text));
-    const std::string_view inner = modTags::GetTagValue("creates", tags);
-    AddBrought(system, modTags::GetTagValue("adds", tags), inner, brought, depth + 1);
-  }
-}
-
-Brought WhatComesOf(const KVRSystem& system, const clsSystemItem& item) {
-  Brought brought;
-  AddBrought(system, item.GetTagItem("adds"), item.GetTagItem("creates"), brought);
-  return brought;
-}
-
-// The shortest way from a trait back to itself, "TE:A > TE:B > TE:A"; "" when there is none.
-std::string WayBack(const KVRSystem& system, const clsSystemItem& start) {
-  std::map<const clsSystemItem*, const clsSystemItem*> bringer;
-  std::vector<const clsSystemItem*> queue = {&start};
-  for (std::size_t i = 0; i < queue.size(); ++i) {
-    const clsSystemItem* from = queue[i];
-    for (const clsSystemItem* to : WhatComesOf(system, *from)) {
-      if (to != &start) {
-        if (bringer.emplace(to, from).second) queue.push_back(to);
-        continue;
-      }
-      std::string way = ShownName(start);
-      for (; from != &start; from = bringer[from]) way.insert(0, ShownName(*from) + " > ");
-      return ShownName(start) + " > " + way;
-    }
-  }
-  return "";
-}
-
 // --- All checks of one file
 
 // A trait that a later command deleted needs nothing and brings nothing.
-void CheckDefinition(const KVRSystem& system, const KnownNames& names, const Definition& definition,
-                     const Complain& complain) {
+void CheckDefinition(const KVRSystem& system, const KnownNames& names, Circles& circles,
+                     const Definition& definition, const Complain& complain) {
   if (definition.type == kNoType || definition.fullName.empty())
     return CheckTags(definition.type, definition.tags, names, complain);
   const clsSystemItem* item = system.FindItem(definition.fullName, definition.type);
   if (!item) return;
   CheckTags(definition.type, definition.tags, names, complain);
-  if (const std::string way = WayBack(system, *item); !way.empty())
+  if (const std::string way = circles.WayBack(*item); !way.empty())
     complain("A trait that leads back to itself", way);
 }
 
-void CheckFile(const KVRSystem& system, const KnownNames& names, Listener& listener) {
+void CheckFile(const KVRSystem& system, const KnownNames& names, Circles& circles, Listener& listener) {
   for (const Definition& definition : listener.Definitions()) {
-    CheckDefinition(system, names, definition, [&](std::string_view what, std::string_view found) {
+    CheckDefinition(system, names, circles, definition, [&](std::string_view what, std::string_view found) {
       listener.Note(definition.line, what, found);
     });
   }
@@ -177,9 +124,10 @@ std::vector<Finding> Run(KVRSystem& system, std::string_view dataSet, const std:
     for (const std::string& file : system.ReadDataSetFiles(dataSet)) readFile(system.FindDataFile(file));
   for (const File& file : files) readFile(file.path);
   const KnownNames names(system);
+  Circles circles(system);
   std::vector<Finding> findings;
   for (Listener& listener : listeners) {
-    CheckFile(system, names, listener);
+    CheckFile(system, names, circles, listener);
     std::ranges::move(listener.findings, std::back_inserter(findings));
   }
   return findings;

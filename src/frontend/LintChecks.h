@@ -4,7 +4,9 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 #include "library/KVRSystem.h"
 
@@ -40,6 +42,27 @@ class KnownNames {
   Names symbols_, categories_, groups_, mods_;
 };
 
+// Which traits bring which through `adds` and `creates`.
+class Circles {
+ public:
+  explicit Circles(const KVRSystem& system);
+
+  // The shortest way from a trait back to itself, "TE:A > TE:B > TE:A"; "" when there is none. Not looked for
+  // any more when the search has become endless work over damaged data.
+  std::string WayBack(const clsSystemItem& start);
+
+ private:
+  using Brought = std::vector<const clsSystemItem*>;
+
+  void AddBrought(std::string_view adds, std::string_view creates, Brought& brought, int depth = 0) const;
+  void DropEnds();
+
+  const KVRSystem& system_;
+  // Of the traits from which a circle may be reached.
+  std::unordered_map<const clsSystemItem*, Brought> brought_;
+  std::size_t steps_ = 0;
+};
+
 // Takes what is wrong and the text that was found.
 using Complain = std::function<void(std::string_view what, std::string_view found)>;
 
@@ -67,6 +90,7 @@ void CheckNeeds(const Check& check, std::string_view needs);
 void CheckBonuses(const Check& check, std::string_view sentences);
 void CheckAdds(const Check& check, std::string_view entries);
 void CheckCreates(const Check& check, std::string_view entries);
+void CheckSelect(const Check& check, std::string_view text);
 
 // True for a text that only adding the trait completes: it holds a directive or a variable ("%choice%").
 bool IsUnsettled(std::string_view text);

@@ -191,6 +191,16 @@ void CheckAdds(const Check& check, std::string_view entries) {
   ForEachEntry(entries, [&](std::string_view text) { CheckAdded(check, text); });
 }
 
+// An entry with tags of its own makes the trait where the library lacks it.
+void CheckSelect(const Check& check, std::string_view text) {
+  const std::vector<modTags::TagItem> items = modTags::ReturnTagItems(text);
+  ForEachEntry(modTags::ValueOf(items, "list"), [&](std::string_view entry) {
+    const std::string_view inner = templateEntries::StripWhole(entry);
+    const bool hasTags = templateEntries::Split(inner).size() > 1;
+    if (!hasTags && !IsUnsettled(inner)) CheckAdded(check, inner);
+  });
+}
+
 void CheckCreates(const Check& check, std::string_view entries) {
   ForEachEntry(entries, [&](std::string_view text) { CheckCreated(check, text); });
 }

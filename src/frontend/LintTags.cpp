@@ -60,6 +60,13 @@ constexpr TagCheck kTagChecks[] = {{"needs", CheckNeeds},
                                    {"rangemax", CheckFormulaLists},
                                    {"rangehalfdam", CheckFormulaLists}};
 
+// "select1" to "select99"
+bool IsSelect(std::string_view tag) {
+  constexpr std::string_view kHead = "select";
+  return tag.starts_with(kHead) && tag.size() > kHead.size() &&
+         tag.find_first_not_of("0123456789", kHead.size()) == npos;
+}
+
 }  // namespace
 
 void CheckTags(ItemType type, std::string_view tagString, const KnownNames& names, const Complain& complain,
@@ -70,6 +77,7 @@ void CheckTags(ItemType type, std::string_view tagString, const KnownNames& name
       complain("An unknown skill type", item.value);
     for (const TagCheck& check : kTagChecks)
       if (check.tag == item.name) check.run({names, complain, check.tag, depth}, item.value);
+    if (IsSelect(item.name)) CheckSelect({names, complain, item.name, depth}, item.value);
   }
 }
 

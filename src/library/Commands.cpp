@@ -12,7 +12,12 @@
 namespace kvr {
 namespace {
 
-// Without enclosing quotes (then doubled quotes inside become single ones) or braces.
+// A name as the reader of traits stores it: without enclosing quotes or braces, else as it is written.
+std::string Bare(std::string_view text) {
+  return std::string(modTools::IsQuoted(text) ? modTools::StripQuotes(text) : modTools::StripBraces(text));
+}
+
+// A value: inside quotes a doubled quote mark is one.
 std::string Unwrapped(std::string_view text) {
   if (!modTools::IsQuoted(text)) return std::string(modTools::StripBraces(text));
   std::string inner(modTools::StripQuotes(text));
@@ -26,9 +31,9 @@ struct Target {
   std::string name, ext;
 
   explicit Target(std::string_view text) {
-    const std::string unwrapped = Unwrapped(text);
-    const modPrefixes::Reference reference = modPrefixes::ExtractPrefix(Trim(unwrapped));
-    const std::string rest = Unwrapped(reference.rest);
+    const std::string bare = Bare(text);
+    const modPrefixes::Reference reference = modPrefixes::ExtractPrefix(Trim(bare));
+    const std::string rest = Bare(reference.rest);
     const auto split = modPrefixes::SplitNameAndExt(rest);
     hasPrefix = !reference.prefix.empty();
     type = modPrefixes::TypeFromPrefix(reference.prefix);
@@ -166,12 +171,13 @@ bool CommandRun::EditTags(std::string_view argument, SegmentEdit edit) {
   const std::vector<clsSystemItem*> targets = FindTargets(parts->left);
   if (targets.empty()) Complain("Target not found: ");
   const std::string tags = Unwrapped(parts->right);
+  const bool filesAnew = ContainsNoCase(tags, "cat(");
   for (clsSystemItem* item : targets) {
     std::vector<std::string> refused;
     (item->*edit)(tags, refused);
     for (const std::string& text : refused) system_.Env().log.LogRed(text);
     if (!refused.empty()) complained_ = true;
-    if (item->ItemType != kStats) system_.CheckForNewCats(item->Category(), item->ItemType);
+    if (filesAnew && item->ItemType != kStats) system_.CheckForNewCats(item->Category(), item->ItemType);
   }
   return true;
 }
@@ -179,14 +185,14 @@ bool CommandRun::EditTags(std::string_view argument, SegmentEdit edit) {
 // "all Foo" means every Foo, whatever its extension.
 std::vector<clsSystemItem*> CommandRun::FindTargets(std::string_view text) const {
   constexpr std::string_view kAll = "all ";
-  const std::string unwrapped = Unwrapped(text);
+  const std::string bare = Bare(text);
   std::vector<clsSystemItem*> targets;
-  if (StartsWithNoCase(unwrapped, kAll)) {
-    const Target target(std::string_view(unwrapped).substr(kAll.size()));
+  if (StartsWithNoCase(bare, kAll)) {
+    const Target target(std::string_view(bare).substr(kAll.size()));
     for (std::size_t position : system_.GetAllItems(target.name, target.type))
       targets.push_back(&system_.Items.Item(position));
   } else {
-    const Target target(unwrapped);
+    const Target target(bare);
     if (clsSystemItem* item = system_.FindItem(target.FullName(), target.type)) targets.push_back(item);
   }
   return targets;
@@ -221,7 +227,7 @@ bool CommandRun::DoCommandDeleteCat(std::string_view argument) {
     return true;
   }
   for (std::size_t i = 1; i < fields.size(); ++i) {
-    const std::string category = Unwrapped(fields[i]);
+    const std::string category = Bare(fields[i]);
     DeleteItemsWhere(type, [&](const clsSystemItem& item) {
       return ContainsNoCase(item.Category(), category) && modTags::IsItemInList(category, item.Category());
     });
@@ -262,13 +268,13 @@ bool CommandRun::DoCommandDeleteAllCats(std::string_view argument) {
 bool CommandRun::DoCommandDeleteFromGroup(std::string_view argument) {
   constexpr std::string_view kAll = "all";
   if (StartsWithNoCase(argument, "all ") && !Trim(argument.substr(4)).empty()) {
-    DeleteGroup(Unwrapped(argument.substr(4)));
+    DeleteGroup(Bare(argument.substr(4)));
     return true;
   }
   std::optional<Halves> parts = SplitAtWord(argument, ",");
   if (!parts) parts = SplitAtWord(argument, " ");
   if (!parts || parts->left.empty() || parts->right.empty()) return false;
-  const std::string group = Unwrapped(parts->left);
+  const std::string group = Bare(parts->left);
   if (EqualNoCase(parts->right, kAll)) {
     DeleteGroup(group);
     return true;

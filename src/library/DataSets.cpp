@@ -112,7 +112,9 @@ std::string KVRSystem::AskForDataSet(std::string_view path) {
   const std::string chosen = env_.prompts.ChooseDataSet(found);
   if (chosen.empty()) return "";
   const std::string chosenPath = FindDataSet(chosen);
-  return Files::FileExists(chosenPath) ? chosenPath : "";
+  if (Files::FileExists(chosenPath)) return chosenPath;
+  env_.log.LogRed("There is no data set '" + chosen + "'.");
+  return "";
 }
 
 // Replaces files that have moved and drops those that are gone for good.

@@ -74,29 +74,39 @@ bool DeleteByTag::ReadOption(std::string_view field) {
 bool DeleteByTag::ReadComparisons(std::string_view text) {
   constexpr std::string_view kUnless = " unless ";
   const std::size_t found = modNewParser::FindWordTopLevel(text, kUnless, modNewParser::kNames);
-  const std::optional<Comparison> main = GetAbsoluteComparisonValues(text.substr(0, found));
+  const std::string_view comparisonText = Trim(text.substr(0, found));
+  bool unlessByNumber = byNumber_;
+  if (found != npos) {
+    unlessText_ = CutUnlessKind(Trim(text.substr(found + kUnless.size())), unlessByNumber);
+    LogStep("UnlessText = '" + unlessText_ + "'");
+    LogStep(std::string("UnlessByNumber = ") + (unlessByNumber ? "True" : "False"));
+    LogStep("ComparisonText = '" + std::string(comparisonText) + "'");
+  }
+  const std::optional<Comparison> main = ReadComparison(comparisonText, byNumber_, "");
   if (!main) return false;
   main_ = *main;
-  main_.byNumber = byNumber_;
-  LogStep("TagName$ = '" + main_.tag + "'");
-  LogStep("TagValue$ = '" + main_.value + "'");
   if (found == npos) return true;
-  std::string_view behind = Trim(text.substr(found + kUnless.size()));
-  bool byNumber = byNumber_;
-  if (StartsWithNoCase(behind, "num ") || behind.starts_with('#') || behind.starts_with('$')) {
-    byNumber = !behind.starts_with('$');
-    behind = Trim(behind.substr(byNumber && behind[0] != '#' ? 3 : 1));
+  unless_ = ReadComparison(unlessText_, unlessByNumber, "Unless");
+  return unless_.has_value();
+}
+
+// Cuts the word that says how the second test compares; without one it compares as the first.
+std::string_view DeleteByTag::CutUnlessKind(std::string_view text, bool& byNumber) {
+  if (StartsWithNoCase(text, "num ") || text.starts_with('#') || text.starts_with('$')) {
+    byNumber = !text.starts_with('$');
+    text = Trim(text.substr(byNumber && text[0] != '#' ? 3 : 1));
   }
-  unlessText_ = behind;
-  LogStep("UnlessText = '" + unlessText_ + "'");
-  LogStep(std::string("UnlessByNumber = ") + (byNumber ? "True" : "False"));
-  LogStep("ComparisonText = '" + std::string(Trim(text.substr(0, found))) + "'");
-  unless_ = GetAbsoluteComparisonValues(behind);
-  if (!unless_) return false;
-  unless_->byNumber = byNumber;
-  LogStep("UnlessTagName$ = '" + unless_->tag + "'");
-  LogStep("UnlessTagValue$ = '" + unless_->value + "'");
-  return true;
+  return text;
+}
+
+auto DeleteByTag::ReadComparison(std::string_view text, bool byNumber, std::string_view label)
+    -> std::optional<Comparison> {
+  std::optional<Comparison> comparison = GetAbsoluteComparisonValues(text);
+  if (!comparison) return std::nullopt;
+  comparison->byNumber = byNumber;
+  LogStep(std::string(label) + "TagName$ = '" + comparison->tag + "'");
+  LogStep(std::string(label) + "TagValue$ = '" + comparison->value + "'");
+  return comparison;
 }
 
 // Words first; then the operators in this order, the first that the text holds.
@@ -186,7 +196,7 @@ bool DeleteByTag::Holds(const Comparison& comparison, std::string_view value) {
     case Test::IsNotNumeric:
       return !IsNumeric(value);
     case Test::HasInList:
-      return modTags::IsItemInList(comparison.value, value);
+      return !comparison.value.empty() && modTags::IsItemInList(comparison.value, value);
     case Test::Contains:
       return ContainsNoCase(value, comparison.value);
   }

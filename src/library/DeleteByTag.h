@@ -49,6 +49,9 @@ class DeleteByTag {
   bool ReadFields(std::string_view text);
   bool ReadOption(std::string_view field);
   bool ReadComparisons(std::string_view text);
+  static std::string_view CutUnlessKind(std::string_view text, bool& byNumber);
+  // `label` begins the names in the log.
+  std::optional<Comparison> ReadComparison(std::string_view text, bool byNumber, std::string_view label);
   static std::optional<Comparison> GetAbsoluteComparisonValues(std::string_view text);
   static std::optional<Comparison> DoSpecialCaseFlags(std::string_view text);
   bool ValueChecking(const clsSystemItem& item, const Comparison& comparison, bool isMain);

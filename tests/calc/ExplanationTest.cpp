@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "calc/SkillWorld.h"
 
 namespace kvr {
@@ -287,6 +289,94 @@ TEST(Explanation, WholeTreesOfEachKindOfTrait) {
     ExplainedWorld world;
     EXPECT_EQ(world.Explained(c.trait, c.tag), c.tree);
   }
+}
+
+TEST(Explanation, LinesOfWhatIsRarer) {
+  struct Case {
+    ItemType type;
+    const char *tags, *mod, *tag, *line;
+  };
+  const Case cases[] = {
+      {kStats, "basevalue(10),step(1),level(-9),down(-10/-20),minscore(5)", "", "score",
+       "raised to 5 by minscore(5)"},
+      {kStats, "basevalue(10),minscore(ST:IQ-4)", "", "score", "lowest score: 6 = ST:IQ-4"},
+      {kAds, "cost(5),baselevel(3)", "", "level", "limited to 1: there is only one cost"},
+      {kAds, "cost(5/10),baselevel(1),downto(2)", "", "level", "raised to 2 by downto(2)"},
+      {kAds, "cost(5/10),baselevel(1),control_downto(ST:IQ-8)", "", "level", "control_downto: 2 = ST:IQ-8"},
+      {kAds, "cost(5/10),baselevel(1),bonuslevels(1)", "", "level", "the player gives +1"},
+      {kAds, "cost(5/10),keep(1)", "", "level", "in lockstep with Wits: 0"},
+      {kQuirks, "cost(-1),baselevel(1)", "", "points", "level 1 costs: -1"},
+      {kAds, "cost(10),baselevel(1)", "level(1),cost(*3)", "points", "M (*3): makes 30 of 10"},
+      {kAds, "cost(10),baselevel(1)", "level(1),cost(+5)", "points", "M (+5): makes 15"},
+      {kAds, "cost(15),baselevel(1),roundlastonly(yes)", "level(1),cost(-50%)", "points", "rounded to 8"},
+      {kAds, "cost(10),baselevel(1)", "level(5),upto(2),cost(-10%/-20%)", "points",
+       "limited to level 2 by upto(2)"},
+      {kSkills, "type(IQ/H),basepoints(8),upto(2 pts)", "", "points", "limited to 2 points by upto(2 pts)"},
+      {kSkills, "type(IQ/H),downto(1 pts)", "", "level", "raised to 1 point by downto(1 pts)"},
+      {kSkills, "type(IQ/H),basepoints(2),control_upto(ST:IQ+1)", "", "level", "control_upto: 11 = ST:IQ+1"},
+      {kSkills, "type(IQ/H),basepoints(1),bonuspoints(3)", "", "level", "the player gives +3 points"},
+      {kSkills, "type(IQ/H),basepoints(4),blockat(%level/2+3)", "", "block", "block: 8.5 = %level/2+3"},
+      {kSkills, "type(IQ/H),basepoints(4),parryat(9),parryatbonus(ST:IQ-9)", "", "parry",
+       "parryatbonus: 1 = ST:IQ-9"},
+      {kSkills, "type(Tech),basepoints(2),default(ST:IQ-3)", "", "level", "from 2 points (Tech): +2 on 7"},
+      {kSkills, "type(Tech),default(ST:IQ-3)", "", "deffrom", "in use: Wits at 7"},
+      {kEquipment, "basecost(7),count(1),damage(1d),mode(Jab),effectivest(ST:IQ+1)", "", "effectivest",
+       "Jab: 11 = ST:IQ+1"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.tags) + " " + c.mod);
+    SkillWorld world;
+    world.wits->SetTagItem("lockstep", "yes");
+    clsItem& item = world.Put(c.type, "name(T)," + std::string(c.tags));
+    if (*c.mod != 0) world.PutMod(item, "name(M)," + std::string(c.mod));
+    std::vector<std::string> lines = ExplainTag(item, c.tag);
+    for (std::string& line : lines) line = Trim(line);
+    EXPECT_EQ(std::ranges::count(lines, c.line), 1) << testing::PrintToString(lines);
+  }
+}
+
+TEST(Explanation, LinesOfSumsAndChildren) {
+  ExplainedWorld world;
+  const auto lineStands = [&](std::string_view trait, std::string_view tag, const std::string& line) {
+    const std::string tree = world.Explained(trait, tag);
+    EXPECT_NE(tree.find("  " + line + "\n"), std::string::npos) << tree;
+  };
+  clsItem& forms = world.Put(kAds, "name(Shapes),childprofile(1),owns(yes)");
+  const auto putIn = [&](const std::string& tags) {
+    clsItem& inner = world.Put(kPerks, tags);
+    inner.Calculate();
+    return inner.KeyText();
+  };
+  const std::string fox = putIn("name(Fox),cost(20),baselevel(1)"),
+                    owl = putIn("name(Owl),cost(11),baselevel(1)");
+  const std::string claw = putIn("name(Claw),cost(4),baselevel(1),owned(yes)");
+  forms.SetTagItem("childkeylist", fox + "," + owl);
+  forms.SetTagItem("pkids", claw.substr(1));
+  // A fifth of 11, rounded up, beside all of the 20.
+  lineStands("Shapes", "points",
+             "of these forms the dearest costs all of its points, each other one a fifth: 23");
+  lineStands("Shapes", "points", "its component Claw: 4");
+  lineStands("-", "statcost", "Wits: 80");
+  lineStands("-", "dollarcost", "Bag: 43");
+  lineStands("-", "totalweight", "Bag: 44");
+  lineStands("-", "baseth", "thrust by the table: 2d");
+  clsItem& giver =
+      world.Put(kAds, "name(Help),level(1),gives(+1 to SK:Blank, +.5 to SK:Bow, +2 to EQ:Rod::damage)");
+  world.character.AddBonusesFromOwner(giver);
+  for (clsItem* target : {&world.Put(kSkills, "name(Blank),type(IQ/H)"),
+                          &world.Put(kSkills, "name(Bow),type(IQ/H),basepoints(1)"),
+                          &world.Put(kEquipment, "name(Rod),count(1),mode(Poke),damage(1d)")}) {
+    world.character.CreateAffectsLinks(*target);
+  }
+  lineStands("Blank", "level", "bonuses give no level to a skill that was not learned");
+  lineStands("Bow", "level", "rounded to 0");
+  lineStands("Rod", "damage", "with its bonuses: 1d+2");
+  clsItem& grit = world.Put(kStats, "name(Grit),basevalue(10),step(1),level(2),up(10),inplaymult(2)");
+  world.character.SetInPlay(true);
+  grit.SetTagItem("frozencost", "5");
+  lineStands("Grit", "points", "in play: x2, less what it cost before: 5");
+  world.character.CharTagList = ",baseswdice(ST:IQ),";
+  lineStands("-", "basesw", "baseswdice: 14 = ST:IQ");
 }
 
 TEST(Explanation, LeavesTheCharacterAsItWas) {

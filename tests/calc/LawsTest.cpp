@@ -211,11 +211,12 @@ TEST(Laws, AWeaponWithAThousandModesAndADamagedListOfModifiers) {
   for (int i = 0; i < 1000; ++i) {
     modes += (i == 0 ? "m" : "|m") + std::to_string(i);
     damage += (i == 0 ? "2d+" : "|2d+") + std::to_string(i);
-    parry += i == 0 ? "0" : "|me::parry";
+    parry += i == 0 ? "0" : i % 2 == 0 ? "|me::parry" : "|me::reach+me::parry";
   }
   const auto begin = std::chrono::steady_clock::now();
-  clsItem& weapon = world.Put(kEquipment, "name(Flail),basecost(9),count(1),mode(" + modes + "),damage(" +
-                                              damage + "),parry(" + parry + "),skillused(SK:Flail),reach(1)");
+  clsItem& weapon =
+      world.Put(kEquipment, "name(Flail),basecost(9),count(1),mode(" + modes + "),damage(" + damage +
+                                "),parry(" + parry + "),skillused(SK:Flail),reach(" + parry + ")");
   for (const char* mod : {"", ",,,", "cost(+)", "cost(//)", "cost(*x/),level(2)", "cost(%),level(1)",
                           "cost(+1e400%),level(1)", "cost(+5),level(-2.5)", "value(,tier("}) {
     world.PutMod(weapon, "name(M)," + std::string(mod));

@@ -395,6 +395,33 @@ TEST(TemplateEffects, AnInnerCancelTakesBackOnlyWhatTheInnerDid) {
   EXPECT_EQ(world.Read("AD:Bearer", "page"), "");
 }
 
+// A record of an older trait that reads what came and went.
+TEST(TemplateEffects, AnOlderBonusHasItsFormerValueAfterACancel) {
+  TemplateWorld world;
+  world.character.CreateNewItem(kAds, "name(Lifter),gives(+AD:Iron Arm::level to ST:MG)", "", "", 0, 0, 0);
+  const std::string before = world.Text();
+  world.prompts.CancelAt(1);
+  EXPECT_EQ(world.Use("adds(AD:Iron Arm = 3),select1(list(AD:Hardy))"), 0);
+  EXPECT_EQ(world.prompts.Asked(), 1);
+  EXPECT_EQ(world.Text(), before);
+  world.Use("adds(AD:Iron Arm = 3)");
+  EXPECT_EQ(world.Read("ST:Might", "score"), "14");
+}
+
+TEST(TemplateEffects, ACancelKeepsThePlacesOfTagsAndTheCategories) {
+  TemplateWorld world;
+  world.Added("Fortune", kAds);
+  const std::int32_t id =
+      world.character.CreateNewItem(kAds, "name(Lone),taboo(AD:Fortune)", "", "", 0, 0, 0);
+  ASSERT_NE(world.Tag(id, "tabootext"), "");
+  world.character.ItemByKey(id)->SetTagItem("zeal", "1");  // behind what the check wrote
+  const std::string before = world.Text();
+  world.Answer("yes");
+  world.Answer("cancel");
+  EXPECT_EQ(world.Use("adds(AD:Fortune),creates({AD:Seen, 1, cat(Unheard)}),select1(list(AD:Hardy))"), 0);
+  EXPECT_EQ(world.Text(), before);
+}
+
 TEST(TemplateEffects, AFailingFormulaDeepInsideLeavesNoTrace) {
   TemplateWorld world;
   world.Load(
@@ -402,8 +429,9 @@ TEST(TemplateEffects, AFailingFormulaDeepInsideLeavesNoTrace) {
       "[TEMPLATES]\r\nDoom, race(Ghost), mergetags(in AD:Bearer with cat(Odd)), adds(AD:Cursed)\r\n");
   world.Find("AD:Bearer")->SetTagItem("page", "none");
   const std::string before = world.Text();
-  EXPECT_THROW(world.Use("sets(ST:MG = 14),addmods(Fine to AD:Bearer),adds(AD:Fortune, TE:Doom)"),
+  EXPECT_THROW(world.Use("sets(ST:MG = 14),addmods(Fine to AD:Bearer),adds(AD:Fortune, TE:Doom respond x)"),
                SolverFailure);
+  EXPECT_EQ(world.character.ResponseCount(), 0u);
   EXPECT_EQ(world.Text(), before);
   EXPECT_EQ(world.Read("ST:Might", "score"), "11");
 }

@@ -103,6 +103,9 @@ TEST(Lint, TellsFileLineAndText) {
       {"[TEMPLATES]/n/A, creates({SK:Poling, GT/X, needs(AD:Bald)})/n/B, needs(SK:Poling)",
        "own.kdf:3: An unknown skill type in creates (GT/X)/n/own.kdf:3: No such trait in needs in creates "
        "(AD:Bald)"},
+      {"[TEMPLATES]/n/A, select2(itemswanted(2), list(SK:Rowing, {AD:New, 5}, #list(X), SK:Poling)), "
+       "selection(SK:X)",
+       "own.kdf:3: No such trait in select2 (SK:Poling)"},
       // What leads back, also by way of other files and of what is made
       {"[TEMPLATES]/n/A, adds(TE:A)", "own.kdf:3: A trait that leads back to itself (TE:A > TE:A)"},
       {"[TEMPLATES]/n/Ferryman, 0, creates({AD:X, adds(TE:Boatman)})",
@@ -116,6 +119,17 @@ TEST(Lint, TellsFileLineAndText) {
     const std::string expected = each.expected.empty() ? "" : Lines(each.expected) + "\n";
     EXPECT_EQ(Findings(Lines(each.data)), expected) << each.data;
   }
+}
+
+TEST(Lint, ShortensALongWayBack) {
+  std::string data = "[TEMPLATES]";
+  for (int i = 0; i < 20; ++i)
+    data += "\nT" + std::to_string(i) + ", adds(TE:T" + std::to_string((i + 1) % 20) + ")";
+  const std::string findings = Findings(data);
+  EXPECT_EQ(
+      findings.substr(0, findings.find('\n')),
+      "own.kdf:3: A trait that leads back to itself (TE:T0 > TE:T1 > TE:T2 > TE:T3 > TE:T4 > TE:T5 > TE:T6 > "
+      "TE:T7 > TE:T8 > TE:T9 > TE:T10 > TE:T11 > ... > TE:T19 > TE:T0)");
 }
 
 // Traits in traits, groups in groups and functions in functions are left alone where they are too deep.

@@ -60,6 +60,7 @@ TEST_F(Commands, DeleteTraits) {
       {"#deletebytag skills, type = dx/a unless nameext contains LON",
        "2Ear;2Eye;6Eye;2Eye (Night);1IQ;6Sword (Long);"},
       {"#deletebytag all, cat hasinlist = Dark", "2Ear;2Eye;6Eye;1IQ;6Sword (Broad);6Sword (Long);"},
+      {"#deletebytag all, cat hasinlist", kAll},
       {"#deletebytag sk, tl isnumeric unless # tl < 5", "2Ear;2Eye;6Eye;2Eye (Night);1IQ;6Sword (Broad);"},
       {"#deletebytag sk, x isnotempty, $", "2Ear;2Eye;2Eye (Night);1IQ;6Sword (Broad);6Sword (Long);"},
   };
@@ -70,6 +71,10 @@ TEST_F(Commands, DeleteTraits) {
     EXPECT_EQ(system.Count(kAds), static_cast<std::int32_t>(system.ReturnItemIndexes(kAds).size())) << c.line;
     EXPECT_EQ(world.RedLog(), "") << c.line;
   }
+  // A name is found as the reader stored it.
+  Reload();
+  Run("[SKILLS]\r\n\"Joe \"\"Big\"\" Smith\", DX/E\r\n#delete \"Joe \"\"Big\"\" Smith\"");
+  EXPECT_EQ(Names(), kAll);
   Reload();
   Run("#deletecat skills, ARMS");
   EXPECT_FALSE(system.Cats.Item("6Arms"));
