@@ -56,6 +56,11 @@ class Arena {
     return {text.data(), text.size() + more.size()};
   }
 
+  // Gives a text back that is no longer needed, if it is the last that was made here.
+  void Drop(std::string_view text) {
+    if (!text.empty() && text.data() + text.size() == free_) free_ -= text.size();
+  }
+
   void FreeAll() {
     pieces_.clear();
     free_ = end_ = nullptr;

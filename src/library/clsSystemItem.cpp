@@ -179,6 +179,12 @@ void clsSystemItem::SetTagItem(std::string_view tag, std::string_view value) {
     const std::size_t length = modTags::FindCloseParen(std::string_view(tags).substr(begin));
     if (length != npos) tags.replace(begin, length, trimmed);
   }
+  ReplaceTags(tags);
+}
+
+// A record that is changed again and again takes no more room for it.
+void clsSystemItem::ReplaceTags(const std::string& tags) {
+  memory_->Drop(tagList_);
   tagList_ = memory_->Copy(tags);
 }
 
@@ -187,7 +193,7 @@ void clsSystemItem::DeleteTag(std::string_view tag) {
     return;
   std::string tags(tagList_);
   modTags::DeleteTagFromTagString(tags, tag);
-  tagList_ = memory_->Copy(tags);
+  ReplaceTags(tags);
 }
 
 std::string clsSystemItem::TagListSegmentReplace(std::string_view segment,

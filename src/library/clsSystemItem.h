@@ -15,8 +15,7 @@
 namespace kvr {
 
 // A trait in the library. Its texts lie in the memory that it was made with, which must outlive it; in its
-// own when it was made without, or is a copy. They stay there until that memory is freed, so the views that
-// it hands out outlive a change.
+// own when it was made without, or is a copy. The views that it hands out hold until it is changed.
 class clsSystemItem {
  public:
   explicit clsSystemItem(Arena& memory) : memory_(&memory) {}
@@ -86,6 +85,7 @@ class clsSystemItem {
   std::string_view TagText() const { return IsCached() ? ReturnFastFileTagList() : tagList_; }
   void MergeCategory(std::string_view entry);
   void AppendCategory(std::string_view entry);
+  void ReplaceTags(const std::string& tags);
   std::string_view Lowered(std::string_view text);
 
   std::string_view name_, nameExt_, lcaseName_, lcaseNameExt_, category_;
