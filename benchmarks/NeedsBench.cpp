@@ -64,13 +64,13 @@ class NeedyLibrary : public NeedyCharacter {
  public:
   explicit NeedyLibrary(int count) : NeedyCharacter(500) {
     for (int i = 0; i < count; ++i) {
-      auto record = std::make_unique<clsSystemItem>();
-      record->ItemType = kSkills;
-      record->NewTagList("name(" + Numbered("Craft ", i) + "),type(IQ/H),page(B123),tl(4),default(SK:" +
-                         Numbered("Art ", i % 500) + "-4, ST:Wit-6),cat(Crafts)" + NeedsOf(i, 500 + i % 3) +
-                         ",description(What it is good for, where it is learned, and what a master of it can "
-                         "do that others can't.)");
-      system.AddOrReplaceItem(std::move(record), "Crafts");
+      clsSystemItem& record = system.NewItem();
+      record.ItemType = kSkills;
+      record.NewTagList("name(" + Numbered("Craft ", i) + "),type(IQ/H),page(B123),tl(4),default(SK:" +
+                        Numbered("Art ", i % 500) + "-4, ST:Wit-6),cat(Crafts)" + NeedsOf(i, 500 + i % 3) +
+                        ",description(What it is good for, where it is learned, and what a master of it can "
+                        "do that others can't.)");
+      system.AddOrReplaceItem(record, "Crafts");
     }
   }
 };

@@ -49,11 +49,11 @@ class TemplateWorld : public BenchCharacter {
 
  private:
   void AddRecord(ItemType type, const std::string& tags) {
-    auto item = std::make_unique<clsSystemItem>();
-    item->NewTagList(tags);
-    item->ItemType = type;
-    item->IDKey = system.NewKey();
-    system.AddOrReplaceItem(std::move(item), "");
+    clsSystemItem& item = system.NewItem();
+    item.NewTagList(tags);
+    item.ItemType = type;
+    item.IDKey = system.NewKey();
+    system.AddOrReplaceItem(item, "");
   }
 };
 

@@ -75,4 +75,20 @@ inline std::uint64_t HashName(const NameWords& words, std::size_t size) {
                        (words.last | kCaseBits) ^ (size + 1) * 0xBF58476D1CE4E5B9u);
 }
 
+// A hash of the words of a longer ASCII text, the last of which may overlap the one before.
+class LongHash {
+ public:
+  explicit LongHash(std::size_t size) : hash_(size * 0xBF58476D1CE4E5B9u) {}
+  void Mix(std::uint64_t word) {
+    seen_ |= word;
+    hash_ = FoldedProduct(hash_ ^ LowerWord(word), 0x9E3779B97F4A7C15u);
+  }
+  bool IsAscii() const { return (seen_ & kHighBits) == 0; }
+  std::uint64_t Hash() const { return hash_; }
+
+ private:
+  std::uint64_t hash_;
+  std::uint64_t seen_ = 0;
+};
+
 }  // namespace kvr::fold

@@ -62,6 +62,20 @@ void LowerLetters(char* data, std::size_t size) {
   }
 }
 
+// Lowers ASCII text of 8 bytes at least, the last word of which may overlap the one before. False at the
+// first word that is not ASCII.
+bool LowerWords(char* data, std::size_t size) {
+  const auto lowerWord = [](char* place) {
+    const std::uint64_t word = LoadWord(place), lowered = LowerWord(word);
+    if (word & kHighBits) return false;
+    std::memcpy(place, &lowered, sizeof lowered);
+    return true;
+  };
+  for (std::size_t i = 0; i + 8 < size; i += 8)
+    if (!lowerWord(data + i)) return false;
+  return lowerWord(data + size - 8);
+}
+
 bool EqualLetters(std::string_view a, std::string_view b) {
   while (!a.empty()) {
     const LoweredLetter x = LowerFrontLetter(a);
@@ -92,14 +106,17 @@ std::string LCase(std::string_view text) {
   return lowered;
 }
 
-void LCaseInPlace(std::string& text) {
+void LCaseInPlace(char* data, std::size_t size) {
+  constexpr std::size_t kUsualName = 48;
+  if (size >= 8 && size <= kUsualName && LowerWords(data, size)) return;
   unsigned char seen = 0;
-  for (char& c : text) {
+  for (std::size_t i = 0; i < size; ++i) {
+    const char c = data[i];
     seen = static_cast<unsigned char>(seen | static_cast<unsigned char>(c));
     const bool upper = static_cast<unsigned char>(c - 'A') < 26;
-    c = static_cast<char>(c | (upper ? 0x20 : 0));
+    data[i] = static_cast<char>(c | (upper ? 0x20 : 0));
   }
-  if (seen & 0x80) LowerLetters(text.data(), text.size());
+  if (seen & 0x80) LowerLetters(data, size);
 }
 
 std::string UCase(std::string_view text) {
@@ -158,16 +175,11 @@ bool IsSet(std::string_view value) {
 }
 
 std::uint64_t HashLongNoCase(std::string_view text) {
-  std::uint64_t hash = text.size() * 0xBF58476D1CE4E5B9u;
-  std::uint64_t seen = 0;
-  const auto mix = [&](std::uint64_t word) {
-    seen |= word;
-    hash = fold::FoldedProduct(hash ^ LowerWord(word), 0x9E3779B97F4A7C15u);
-  };
   if (text.size() >= 8) {
-    for (std::size_t i = 0; i + 8 < text.size(); i += 8) mix(LoadWord(text.data() + i));
-    mix(LoadWord(text.data() + text.size() - 8));
-    if ((seen & kHighBits) == 0) return hash;
+    fold::LongHash hash(text.size());
+    for (std::size_t i = 0; i + 8 < text.size(); i += 8) hash.Mix(LoadWord(text.data() + i));
+    hash.Mix(LoadWord(text.data() + text.size() - 8));
+    if (hash.IsAscii()) return hash.Hash();
   }
   return std::hash<std::string>()(LCase(text));
 }

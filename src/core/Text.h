@@ -17,7 +17,10 @@ inline constexpr std::size_t npos = std::string_view::npos;
 // Lower case, letter by letter. A letter whose lower case has another length in UTF-8 stays as it is, so a
 // position in the result is the same position in the text. Bytes that are no UTF-8 stay as they are.
 std::string LCase(std::string_view text);
-void LCaseInPlace(std::string& text);
+void LCaseInPlace(char* data, std::size_t size);
+inline void LCaseInPlace(std::string& text) {
+  LCaseInPlace(text.data(), text.size());
+}
 
 // Upper case of the ASCII letters; for words of the grammar (prefixes, section names).
 std::string UCase(std::string_view text);

@@ -83,13 +83,17 @@ std::vector<std::string_view> ParseSplitWord(std::string_view text, std::string_
 // Calls f(token) for each token of a one-character split, without making an array.
 template <class F>
 void ForEachToken(std::string_view text, char delimiter, unsigned mode, F&& f) {
-  NestingLevels levels(mode);
   std::size_t begin = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (levels.Step(text[i]) && text[i] == delimiter) {
-      f(text.substr(begin, i - begin));
-      begin = i + 1;
-    }
+  auto finish = [&](std::size_t end) {
+    f(text.substr(begin, end - begin));
+    begin = end + 1;
+  };
+  if (mode == kPlain) {
+    for (std::size_t i = text.find(delimiter); i != npos; i = text.find(delimiter, begin)) finish(i);
+  } else {
+    NestingLevels levels(mode);
+    for (std::size_t i = 0; i < text.size(); ++i)
+      if (levels.Step(text[i]) && text[i] == delimiter) finish(i);
   }
   f(text.substr(begin));
 }

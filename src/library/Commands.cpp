@@ -144,13 +144,13 @@ bool CommandRun::DoCommandClone(std::string_view argument) {
     return true;
   }
   if (target.hasPrefix && target.type != source->ItemType) return false;
-  auto item = std::make_unique<clsSystemItem>();
-  item->ItemType = source->ItemType;
-  item->IDKey = system_.NewKey();
-  item->NewTagList(source->TagList());
-  item->SetName(target.name);
-  item->SetNameExt(target.ext);
-  system_.AddOrReplaceItem(std::move(item), currentCategory_);
+  clsSystemItem& item = system_.NewItem();
+  item.ItemType = source->ItemType;
+  item.IDKey = system_.NewKey();
+  item.NewTagList(source->TagList());
+  item.SetName(target.name);
+  item.SetNameExt(target.ext);
+  system_.AddOrReplaceItem(item, currentCategory_);
   return true;
 }
 
@@ -348,6 +348,7 @@ constexpr Setting kSettings[] = {
 
 bool KVRSystem::DoCommand(std::string_view line, std::string_view currentCategory) {
   TraceScope trace("KVRSystem:DoCommand");
+  filedLists_.Clear();
   return CommandRun(*this, line, currentCategory).Run();
 }
 

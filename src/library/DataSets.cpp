@@ -178,6 +178,7 @@ std::vector<std::pair<std::string, std::string>> KVRSystem::LoadDataSetFiles() {
 
 void KVRSystem::LoadDataSetCatCleanup() {
   TellStage("Cleaning up categories...");
+  filedLists_.Clear();
   std::unordered_set<std::string> used;
   for (const clsSystemItem& item : Items) {
     if (item.ItemType == kStats) continue;

@@ -102,11 +102,12 @@ void KVRSystem::BuildDisplayStrings() {
   TellStage("Building display strings...");
   const TimerScope all;
   const TimerScope standard;
-  for (clsSystemItem& item : Items) item.DisplayString = DisplayLine(item, kStandardColumns);
+  for (clsSystemItem& item : Items) item.DisplayString = itemTexts_.Copy(DisplayLine(item, kStandardColumns));
   env_.log.LogIndented(
       fmt::format("Standard display string creation took {} seconds", NumberText(standard.Seconds())));
   const TimerScope shortOnes;
-  for (clsSystemItem& item : Items) item.DisplayStringShort = DisplayLine(item, kShortColumns);
+  for (clsSystemItem& item : Items)
+    item.DisplayStringShort = itemTexts_.Copy(DisplayLine(item, kShortColumns));
   env_.log.LogIndented(
       fmt::format("Short display string creation took {} seconds", NumberText(shortOnes.Seconds())));
   env_.log.LogIndented(fmt::format("Display string creation took {} seconds", NumberText(all.Seconds())));

@@ -78,12 +78,6 @@ void GatherModes(std::string& tags, Notes& notes) {
   tags = std::move(rest);
 }
 
-bool EndsWithTag(std::string_view text, std::string_view tagAndParen) {
-  const std::size_t last = tagAndParen.size() - 2;  // of the name
-  return text.size() > last + 1 && (text[text.size() - 2] | 0x20) == tagAndParen[last] &&
-         EndsWithNoCase(text, tagAndParen);
-}
-
 // Splits a line at the commas outside parentheses, as long as these are surely the commas outside quotes and
 // braces too: where every quote and brace stands in a value and closes in it.
 class PlainFields {
@@ -126,7 +120,7 @@ class PlainFields {
     std::int64_t braces = 0;
     if (!PassOpening(open)) return false;
     while (depth > 0) {
-      const std::size_t i = marks_.Next();
+      const std::size_t i = marks_.NextButCommas();
       if (i == npos) return false;
       switch (line_[i]) {
         case '(':
@@ -142,20 +136,20 @@ class PlainFields {
         case '{':
           ++braces;
           break;
-        case '}':
-          --braces;
-          break;
         default:
+          --braces;
           break;
       }
     }
     return !quoted && braces == 0;
   }
+  // False for the one of a mode; notes where a tag "display" may stand. Few names end in their last letters.
   bool PassOpening(std::size_t open) {
+    const int last = open == 0 ? 0 : line_[open - 1] | 0x20;
+    if (last != 'e' && last != 'y') return true;
     const std::string_view before = line_.substr(0, open + 1);
-    if (EndsWithTag(before, kModeTag.substr(1))) return false;
-    mayHoldDisplay_ = mayHoldDisplay_ || EndsWithTag(before, "display(");
-    return true;
+    mayHoldDisplay_ = mayHoldDisplay_ || EndsWithNoCase(before, "display(");
+    return !EndsWithNoCase(before, kModeTag.substr(1));
   }
 
   std::string_view line_;
@@ -189,27 +183,31 @@ std::string ToTagString(std::string_view line, Kind kind, Notes& notes) {
   return tags;
 }
 
-bool ReadPlainLine(clsSystemItem& item, std::string_view line, Kind kind, Notes& notes) {
+bool ReadPlainLine(const KVRSystem& system, clsSystemItem& item, std::string_view line, Kind kind,
+                   Notes& notes) {
+  constexpr std::size_t kMarksOfBareField = 8;  // "cost" and the marks around it
+  RecordParts parts(item.Room(line.size() + kMarksOfBareField));
   PlainFields fields(line);
-  item.BeginTagList(line.size() + 8);
   const bool plain = fields.ForEach([&](std::string_view field, std::size_t number, std::size_t open) {
     if (number == 1) {
       const auto [name, ext] = FirstField(field);
-      item.SetName(name);
-      if (!ext.empty()) item.SetNameExt(ext);
+      parts.Name = name;
+      if (!ext.empty()) parts.NameExt = ext;
+      system.ExpectItem(item.ItemType, name, ext);
     } else if (number == 2 && open == npos && !BareSecondField(kind).empty()) {
-      item.AddTag(BareSecondField(kind), field);
+      parts.AddTag(BareSecondField(kind), field);
     } else if (!field.empty()) {
       NoteField(field, open, notes);
-      if (open != npos) item.AddTagPiece(field, open);
+      if (open != npos) parts.AddPiece(field, open);
     }
   });
-  if (plain && fields.MayHoldDisplay()) item.EndTagList();
-  return plain;
+  if (!plain) return false;
+  item.TakeParts(parts);
+  if (fields.MayHoldDisplay()) item.DropNeedlessDisplay();
+  return true;
 }
 
 void ReadByTagString(clsSystemItem& item, std::string_view line, Kind kind, Notes& notes) {
-  item.Clear();
   notes = {};
   item.NewTagList(ToTagString(line, kind, notes));
 }

@@ -7,6 +7,10 @@
 
 #include "library/clsSystemItem.h"
 
+namespace kvr {
+class KVRSystem;
+}
+
 namespace kvr::ItemLines {
 
 // The kinds differ in what a second field without a tag means ("cost", "type", or nothing) and in whether
@@ -25,8 +29,9 @@ std::string ToTagString(std::string_view line, Kind kind, Notes& notes);
 
 // Fills a new item from the line; the same as its NewTagList of the line's tag string. Only ReadPlainLine may
 // give up: false when the line has to go by way of its tag string. A line that it reads has matching
-// parentheses.
-bool ReadPlainLine(clsSystemItem& item, std::string_view line, Kind kind, Notes& notes);
+// parentheses. The library is told the name as soon as it is read.
+bool ReadPlainLine(const KVRSystem& system, clsSystemItem& item, std::string_view line, Kind kind,
+                   Notes& notes);
 void ReadByTagString(clsSystemItem& item, std::string_view line, Kind kind, Notes& notes);
 
 }  // namespace kvr::ItemLines

@@ -7,6 +7,7 @@
 #include "core/Text.h"
 #include "core/modNewParser.h"
 #include "core/modTags.h"
+#include "library/TypedKey.h"
 
 namespace kvr {
 namespace {
@@ -131,18 +132,23 @@ std::vector<std::string> KVRSystem::ReturnItemCollectionKeys(ItemType type) cons
   return keys;
 }
 
-// A type, a name and an extension make a key, and the key knows its position.
+// A type, a name and an extension make a key, and the key knows its position. Nearly every full name has the
+// form that keys have.
 std::size_t KVRSystem::ItemPositionByNameAndExt(std::string_view fullName, ItemType type,
                                                 std::size_t start) const {
+  const auto position = [&](std::string_view wanted) -> std::size_t {
+    const ItemType first = type == kNoType ? kFirstType : type;
+    const ItemType last = type == kNoType ? kLastType : type;
+    for (ItemType t = first; t <= last && IsTraitType(t); ++t) {
+      const std::size_t found = Items.PositionOfKey(TypedKey{t, wanted});
+      if (found != 0 && found >= start) return found;
+    }
+    return 0;
+  };
+  if (const std::size_t found = position(fullName)) return found;
   std::string joined;
   const std::string_view wanted = Normalized(fullName, joined);
-  const ItemType first = type == kNoType ? kFirstType : type;
-  const ItemType last = type == kNoType ? kLastType : type;
-  for (ItemType t = first; t <= last && IsTraitType(t); ++t) {
-    const std::size_t position = Items.PositionOfKey(ItemKey(t, wanted));
-    if (position != 0 && position >= start) return position;
-  }
-  return 0;
+  return wanted == fullName ? 0 : position(wanted);
 }
 
 std::size_t KVRSystem::ListItemPosByNameAndExt(ItemType type, std::string_view fullName,
@@ -177,10 +183,10 @@ clsSystemItem* KVRSystem::FindItem(std::string_view fullName, ItemType type) con
     return nullptr;
   }
   if (!IsTraitType(type)) return nullptr;
-  if (clsSystemItem* item = Items.Item(ItemKey(type, fullName))) return item;
+  if (clsSystemItem* item = Items.ItemOfKey(TypedKey{type, fullName})) return item;
   std::string joined;
   const std::string_view wanted = Normalized(fullName, joined);
-  return wanted == fullName ? nullptr : Items.Item(ItemKey(type, wanted));
+  return wanted == fullName ? nullptr : Items.ItemOfKey(TypedKey{type, wanted});
 }
 
 clsSkillCosts* KVRSystem::SkillType(std::string_view name) const {
@@ -225,6 +231,9 @@ void KVRSystem::InitFullTagList() {
 
 void KVRSystem::ClearLibrary() {
   Items.Clear();
+  filedLists_.Clear();
+  itemRecords_.FreeAll();
+  itemTexts_.FreeAll();
   Cats.Clear();
   Groups.Clear();
   Lists.Clear();
@@ -240,27 +249,43 @@ void KVRSystem::ClearLibrary() {
   counts_ = {};
 }
 
-void KVRSystem::AddOrReplaceItem(std::unique_ptr<clsSystemItem> item, std::string_view currentCategory) {
-  clsSystemItem& added = *item;
-  if (added.ItemType == kSpells && added.GetTagItem("type").empty()) added.SetTagItem("type", "M/H");
-  const bool hasCategories = added.ItemType != kStats;
-  const ItemKey key(added.ItemType, added.Name(), added.NameExt());
-  if (const clsSystemItem* standing = Items.AddOrFind(item, key)) {
-    if (hasCategories) added.MergeCategories(standing->Category());
+// A record of the library owns nothing but what lies in the library's memory, so none is ever destroyed.
+clsSystemItem& KVRSystem::NewItem() {
+  return *::new (itemRecords_.Allocate(sizeof(clsSystemItem))) clsSystemItem(itemTexts_);
+}
+
+void KVRSystem::ExpectItem(ItemType type, std::string_view name, std::string_view ext) const {
+  Items.Expect(ItemKey(type, name, ext));
+}
+
+void KVRSystem::AddOrReplaceItem(clsSystemItem& item, std::string_view currentCategory) {
+  if (item.ItemType == kSpells && item.GetTagItem("type").empty()) item.SetTagItem("type", "M/H");
+  const bool hasCategories = item.ItemType != kStats;
+  const ItemKey key(item.ItemType, item.Name(), item.NameExt());
+  clsSystemItem* added = &item;
+  if (const clsSystemItem* standing = Items.AddOrFind(added, key)) {
+    if (hasCategories) item.MergeCategories(standing->Category());
     Items.Remove(key);
-    Items.Add(std::move(item), key);
-  } else if (IsTraitType(added.ItemType)) {
-    ++counts_[static_cast<std::size_t>(added.ItemType)];
+    Items.Add(&item, key);
+  } else if (IsTraitType(item.ItemType)) {
+    ++counts_[static_cast<std::size_t>(item.ItemType)];
   }
-  if (!hasCategories) return;
-  added.MergeCategories(currentCategory);
-  CheckForNewCats(added.Category(), added.ItemType);
+  if (hasCategories) FileUnder(currentCategory, item);
+}
+
+void KVRSystem::FileUnder(std::string_view currentCategory, clsSystemItem& item) {
+  const std::string_view own = item.Category();
+  if (const std::string_view* whole = filedLists_.Find(item.ItemType, currentCategory, own))
+    return item.ShareCategory(*whole);
+  item.MergeCategories(currentCategory);
+  CheckForNewCats(item.Category(), item.ItemType);
+  filedLists_.Add(own, item.Category());
 }
 
 void KVRSystem::CheckForNewCats(std::string_view list, ItemType type) {
   modNewParser::ForEachToken(list, ',', modNewParser::kPlain, [&](std::string_view token) {
     const std::string_view name = Trim(token);
-    if (name.empty() || Cats.Item(ItemKey(type, name))) return;
+    if (name.empty() || Cats.ItemOfKey(TypedKey{type, name})) return;
     auto cat = std::make_unique<clsCategory>(clsCategory{std::string(name), "", type});
     Cats.Add(std::move(cat), ItemKey(type, name));
   });

@@ -11,6 +11,7 @@
 
 #include "core/Environment.h"
 #include "core/Files.h"
+#include "library/FiledLists.h"
 #include "library/ModRecord.h"
 #include "library/Records.h"
 #include "library/SortedCollection.h"
@@ -28,7 +29,8 @@ struct OrderCriterion {
   bool numeric = false;
 };
 
-class clsSortedSystemItemCollection : public SortedCollection<clsSystemItem> {
+// Lists the records, which lie in the memory of the library.
+class clsSortedSystemItemCollection : public SortedCollection<clsSystemItem, clsSystemItem*, Arena> {
  public:
   std::vector<OrderCriterion> OrderBy = {OrderCriterion{}};
   // A second, user-chosen order beside the sorted one; stable. Not kept in step with later inserts.
@@ -124,9 +126,13 @@ class KVRSystem {
   static std::string ReturnModItem(std::string_view line);
   static std::string ReturnGenericItem(std::string_view line);
 
+  // An empty record in the library's memory, where it stays until the library is cleared.
+  clsSystemItem& NewItem();
+  // Makes ready for a record of that type and name, which is to be added soon.
+  void ExpectItem(ItemType type, std::string_view name, std::string_view ext) const;
   // Adds a record as the reader does: merges categories with a record of that key and replaces it, counts it.
   // Attributes have no categories.
-  void AddOrReplaceItem(std::unique_ptr<clsSystemItem> item, std::string_view currentCategory);
+  void AddOrReplaceItem(clsSystemItem& item, std::string_view currentCategory);
   void CheckForNewCats(std::string_view list, ItemType type);
 
   // --- Data file commands and settings (Commands.cpp, DeleteByTag.cpp)
@@ -162,6 +168,7 @@ class KVRSystem {
   std::vector<std::pair<std::string, std::string>> LoadDataSetFiles();
   std::string AskForDataFile(const std::string& entry);
   void TellOfNewerVersions(const std::vector<std::pair<std::string, std::string>>& programVersions);
+  void FileUnder(std::string_view currentCategory, clsSystemItem& item);
   // A stage of a load, for the log and for whoever waits.
   void TellStage(std::string_view text);
   // The cache of a loaded set, over the files in DataFiles (FastLoad.cpp).
@@ -169,6 +176,8 @@ class KVRSystem {
   void BuildFastFile();
 
   Environment& env_;
+  Arena itemRecords_, itemTexts_;  // apart, so that a walk over the records meets nothing else
+  FiledLists filedLists_;
   std::int32_t lastKey_ = 0;
   std::array<std::int32_t, 10> counts_{};
   std::unordered_map<std::string, std::size_t> skillTypeIndex_;  // by lower-cased name

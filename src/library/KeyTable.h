@@ -16,17 +16,28 @@ namespace kvr {
 template <class Node>
 class KeyTable {
  public:
-  Node* Find(std::uint64_t hash, std::string_view key) const {
+  // A key is a text, or anything that has a hash and compares as one.
+  template <class Key>
+  Node* Find(std::uint64_t hash, const Key& key) const {
     if (slots_.empty()) return nullptr;
     for (std::size_t i = Home(hash); slots_[i].node; i = Next(i))
       if (slots_[i].hash == hash && EqualNoCase(slots_[i].node->Key(), key)) return slots_[i].node;
     return nullptr;
   }
-  // The key must not be in the table.
-  void Insert(Node* node) {
-    if (2 * (count_ + 1) > slots_.size()) GrowTo(2 * (count_ + 1));
-    Place({node->hash, node});
+  void Expect(std::uint64_t hash) const {
+    if (!slots_.empty()) __builtin_prefetch(&slots_[Home(hash)], 1);
+  }
+  // Calls make() for a key that is not in the table and keeps the node that it gives; nullptr then, else the
+  // node that stands.
+  template <class Make>
+  Node* FindOrInsert(std::uint64_t hash, std::string_view key, Make&& make) {
+    Reserve(count_ + 1);
+    std::size_t i = Home(hash);
+    for (; slots_[i].node; i = Next(i))
+      if (slots_[i].hash == hash && EqualNoCase(slots_[i].node->Key(), key)) return slots_[i].node;
+    slots_[i] = {hash, make()};
     ++count_;
+    return nullptr;
   }
   // The node must be in the table. Those behind it move up, so that no probe ends too early.
   void Erase(const Node* node) {

@@ -82,24 +82,24 @@ void DataFileReader::AddItemFromDataFile(std::string_view wholeLine) {
   std::string without;
   const std::size_t childList = line.find('#') == npos ? npos : FindNoCase(line, kChildList);
   if (childList != npos) line = without = HandleChildList(line, childList);
-  auto item = std::make_unique<clsSystemItem>();
+  clsSystemItem& item = system_.NewItem();
+  item.ItemType = section_->itemType;
   ItemLines::Notes notes;
-  if (!ItemLines::ReadPlainLine(*item, line, section_->kind, notes)) {
+  if (!ItemLines::ReadPlainLine(system_, item, line, section_->kind, notes)) {
     if (!ParensMatch(wholeLine)) return;
-    ItemLines::ReadByTagString(*item, line, section_->kind, notes);
+    ItemLines::ReadByTagString(item, line, section_->kind, notes);
   }
-  item->ItemType = section_->itemType;
-  item->IDKey = system_.NewKey();
+  item.IDKey = system_.NewKey();
   NoteOddities(notes);
-  if (observer_) observer_->Item(lines_.LineNumber(), *item);
+  if (observer_) observer_->Item(lines_.LineNumber(), item);
   if (version_ < 3) {
-    if (item->ItemType >= kAds && item->ItemType <= kPerks) ChangeSystemCostsToVersion3(*item, "cost");
-    if (item->ItemType == kStats) {
-      ChangeSystemCostsToVersion3(*item, "up");
-      ChangeSystemCostsToVersion3(*item, "down");
+    if (item.ItemType >= kAds && item.ItemType <= kPerks) ChangeSystemCostsToVersion3(item, "cost");
+    if (item.ItemType == kStats) {
+      ChangeSystemCostsToVersion3(item, "up");
+      ChangeSystemCostsToVersion3(item, "down");
     }
   }
-  system_.AddOrReplaceItem(std::move(item), heading_);
+  system_.AddOrReplaceItem(item, heading_);
 }
 
 void DataFileReader::NoteOddities(const ItemLines::Notes& notes) {

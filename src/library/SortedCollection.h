@@ -9,20 +9,31 @@
 #include <algorithm>
 #include <compare>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <new>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "core/KVRError.h"
 #include "core/Text.h"
+#include "library/Arena.h"
 #include "library/KeyTable.h"
 
 namespace kvr {
 
-// Holder is std::unique_ptr<T> for a collection that owns its items, T* for one that only lists them.
-template <class T, class Holder = std::unique_ptr<T>>
+// Where the nodes of a collection come from, one by one.
+struct HeapMemory {
+  void* Allocate(std::size_t size) { return ::operator new(size); }
+  void Free(void* memory) { ::operator delete(memory); }
+  void FreeAll() {}
+};
+
+// Holder is a std::unique_ptr<T> for a collection that owns its items, T* for one that only lists them.
+// Memory is an Arena for one of many items that seldom go before the others.
+template <class T, class Holder = std::unique_ptr<T>, class Memory = HeapMemory>
 class SortedCollection {
  public:
   SortedCollection() = default;
@@ -40,16 +51,13 @@ class SortedCollection {
   // one that stands, and Error() is 457.
   T* AddOrFind(Holder& item, std::string_view key) {
     const std::uint64_t hash = HashNoCase(key);
-    if (Node* standing = table_.Find(hash, key)) {
-      error_ = static_cast<int>(ErrorNumber::DuplicateKey);
-      return std::to_address(standing->item);
-    }
-    error_ = 0;
-    T* raw = std::to_address(item);
-    order_.push_back({raw, nullptr});
-    Node* node = order_.back().node = Node::Make(key, hash, order_.size() - 1, std::move(item));
-    table_.Insert(node);
-    return nullptr;
+    Node* standing = table_.FindOrInsert(hash, key, [&] {
+      T* raw = std::to_address(item);
+      order_.push_back({raw, MakeNode(key, hash, std::move(item))});
+      return order_.back().node;
+    });
+    error_ = standing ? static_cast<int>(ErrorNumber::DuplicateKey) : 0;
+    return standing ? std::to_address(standing->item) : nullptr;
   }
 
   // Room for so many items more. Grows by doubling at least, so many small calls cost no more than one.
@@ -59,13 +67,18 @@ class SortedCollection {
     if (wanted > order_.capacity()) order_.reserve(std::max(wanted, 2 * order_.capacity()));
   }
 
+  // Brings the place of a key near that is to be looked for soon.
+  void Expect(std::string_view key) const { table_.Expect(HashNoCase(key)); }
+
   std::size_t Count() const { return order_.size() - gaps_; }
   bool Empty() const { return Count() == 0; }
 
   // Error 9 outside 1 to Count.
   T& Item(std::size_t position) const { return *EntryAt(position).item; }
   // nullptr when there is none, and Error() is 5.
-  T* Item(std::string_view key) const {
+  T* Item(std::string_view key) const { return ItemOfKey(key); }
+  template <class Key>
+  T* ItemOfKey(const Key& key) const {
     Node* node = FindNode(key);
     return node ? std::to_address(node->item) : nullptr;
   }
@@ -80,11 +93,12 @@ class SortedCollection {
     return 0;
   }
   // The position that a key's item has; 0 and error 5 when there is none.
-  std::size_t PositionOfKey(std::string_view key) const {
+  template <class Key>
+  std::size_t PositionOfKey(const Key& key) const {
     const Node* node = FindNode(key);
     if (!node) return 0;
     Sort();
-    return node->index + 1;
+    return std::size_t{node->index} + 1;
   }
   // The first position whose item is not "before"; Count() + 1 when all are.
   template <class Before>
@@ -102,14 +116,16 @@ class SortedCollection {
     table_.Erase(node);
     LeaveGap(node->index);
     Holder item = std::move(node->item);
-    Node::Free(node);
+    FreeNode(node);
     return item;
   }
   bool Remove(std::string_view key) { return static_cast<bool>(Take(key)); }
   void RemoveAt(std::size_t position) { Take(KeyAt(position)); }
   void Clear() {
-    for (const Entry& entry : order_)
-      if (entry.node) Node::Free(entry.node);
+    if constexpr (!(std::is_trivially_destructible_v<Node> && std::is_same_v<Memory, Arena>))
+      for (const Entry& entry : order_)
+        if (entry.node) FreeNode(entry.node);
+    memory_.FreeAll();
     order_.clear();
     table_.Clear();
     sorted_ = gaps_ = 0;
@@ -133,20 +149,10 @@ class SortedCollection {
   // The key's characters lie behind the node, in the same piece of memory.
   struct Node {
     std::uint64_t hash;
-    std::size_t index;  // in order_, always
-    std::size_t keyLength;
+    std::uint32_t index;  // in order_, always
+    std::uint32_t keyLength;
     Holder item;
 
-    static Node* Make(std::string_view key, std::uint64_t hash, std::size_t index, Holder item) {
-      void* memory = ::operator new(sizeof(Node) + key.size());
-      Node* node = ::new (memory) Node{hash, index, key.size(), std::move(item)};
-      key.copy(reinterpret_cast<char*>(node + 1), key.size());
-      return node;
-    }
-    static void Free(Node* node) {
-      node->~Node();
-      ::operator delete(node);
-    }
     std::string_view Key() const { return {reinterpret_cast<const char*>(this + 1), keyLength}; }
   };
   struct Entry {
@@ -155,7 +161,24 @@ class SortedCollection {
   };
   static constexpr std::size_t kNoGap = static_cast<std::size_t>(-1);
 
-  Node* FindNode(std::string_view key) const {
+  // Nodes are kept small, so that a look-up meets as few cache lines as can be.
+  static std::uint32_t Narrow(std::size_t number) {
+    if (number > std::numeric_limits<std::uint32_t>::max()) throw KVRError(ErrorNumber::Overflow);
+    return static_cast<std::uint32_t>(number);
+  }
+
+  Node* MakeNode(std::string_view key, std::uint64_t hash, Holder item) {
+    void* memory = memory_.Allocate(sizeof(Node) + key.size());
+    Node* node = ::new (memory) Node{hash, Narrow(order_.size()), Narrow(key.size()), std::move(item)};
+    key.copy(reinterpret_cast<char*>(node + 1), key.size());
+    return node;
+  }
+  void FreeNode(Node* node) {
+    node->~Node();
+    memory_.Free(node);
+  }
+  template <class Key>
+  Node* FindNode(const Key& key) const {
     Node* node = table_.Find(HashNoCase(key), key);
     error_ = node ? 0 : static_cast<int>(ErrorNumber::MissingKey);
     return node;
@@ -189,7 +212,7 @@ class SortedCollection {
     firstGap_ = kNoGap;
   }
   void Renumber(std::size_t from) const {
-    for (std::size_t i = from; i < order_.size(); ++i) order_[i].node->index = i;
+    for (std::size_t i = from; i < order_.size(); ++i) order_[i].node->index = Narrow(i);
   }
   void LeaveGap(std::size_t index) {
     order_[index] = {nullptr, nullptr};
@@ -203,6 +226,7 @@ class SortedCollection {
     if (gaps_ == 0) firstGap_ = kNoGap;
   }
   void Swap(SortedCollection& other) noexcept {
+    std::swap(memory_, other.memory_);
     std::swap(table_, other.table_);
     std::swap(order_, other.order_);
     std::swap(sorted_, other.sorted_);
@@ -211,6 +235,7 @@ class SortedCollection {
     std::swap(error_, other.error_);
   }
 
+  [[no_unique_address]] Memory memory_;  // of the nodes
   KeyTable<Node> table_;
   mutable std::vector<Entry> order_;  // owns the nodes
   mutable std::size_t sorted_ = 0;    // how many at the front are in order, gaps counted

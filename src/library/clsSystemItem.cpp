@@ -31,36 +31,50 @@ std::string EditSegment(const clsSystemItem& item, std::string_view segment, std
   return report;
 }
 
-// Most tag names are written so, and need no copy in lower case.
-bool IsLowerAscii(std::string_view name) {
-  for (char c : name)
-    if (c < ' ' || c > '~' || (c >= 'A' && c <= 'Z')) return false;
-  return true;
-}
-
-bool IsFieldName(std::string_view lowerName) {
-  return lowerName == "name" || lowerName == "nameext" || lowerName == "cat";
-}
-
 }  // namespace
 
+clsSystemItem::clsSystemItem(const clsSystemItem& other) : clsSystemItem() {
+  *this = other;
+}
+
+clsSystemItem& clsSystemItem::operator=(const clsSystemItem& other) {
+  IDKey = other.IDKey;
+  ItemType = other.ItemType;
+  FilePos = other.FilePos;
+  TagListLength = other.TagListLength;
+  Flag = other.Flag;
+  Calculate = other.Calculate;
+  BuildIcon = other.BuildIcon;
+  DisplayString = memory_->Copy(other.DisplayString);
+  DisplayStringShort = memory_->Copy(other.DisplayStringShort);
+  name_ = memory_->Copy(other.name_);
+  nameExt_ = memory_->Copy(other.nameExt_);
+  lcaseName_ = memory_->Copy(other.lcaseName_);
+  lcaseNameExt_ = memory_->Copy(other.lcaseNameExt_);
+  category_ = memory_->Copy(other.category_);
+  tagList_ = memory_->Copy(other.tagList_);
+  return *this;
+}
+
+std::string_view clsSystemItem::Lowered(std::string_view text) {
+  char* lowered = memory_->Room(text.size());
+  memory_->Take(text.copy(lowered, text.size()));
+  LCaseInPlace(lowered, text.size());
+  return {lowered, text.size()};
+}
+
 void clsSystemItem::SetName(std::string_view name) {
-  name_ = name;
-  lcaseName_ = name;
-  LCaseInPlace(lcaseName_);
+  name_ = memory_->Copy(name);
+  lcaseName_ = Lowered(name);
 }
 
 void clsSystemItem::SetNameExt(std::string_view ext) {
-  nameExt_ = ext;
-  lcaseNameExt_ = ext;
-  LCaseInPlace(lcaseNameExt_);
+  nameExt_ = memory_->Copy(ext);
+  lcaseNameExt_ = Lowered(ext);
 }
 
-// With room for the category that a reader adds.
 void clsSystemItem::SetCategory(std::string_view list) {
-  constexpr std::size_t kRoom = 24;
-  if (category_.empty()) category_.reserve(list.size() + kRoom);
-  category_ = list;
+  category_ = memory_->Copy(list);
 }
 
 void clsSystemItem::MergeCategories(std::string_view list) {
@@ -76,17 +90,12 @@ void clsSystemItem::MergeCategories(std::string_view list) {
 
 // The usual case, with nothing built for it.
 void clsSystemItem::MergeCategory(std::string_view entry) {
-  bool present = entry.empty();
-  if (!category_.empty())
-    modNewParser::ForEachToken(category_, ',', modNewParser::kPlain, [&](std::string_view token) {
-      present = present || EqualNoCase(Trim(token), entry);
-    });
-  if (!present) AppendCategory(entry);
+  if (!entry.empty() && !modTags::IsItemInList(entry, category_)) AppendCategory(entry);
 }
 
 void clsSystemItem::AppendCategory(std::string_view entry) {
-  if (!category_.empty()) category_ += ", ";
-  category_ += entry;
+  if (!category_.empty()) category_ = memory_->Append(category_, ", ");
+  category_ = memory_->Append(category_, entry);
 }
 
 std::string clsSystemItem::FullName() const {
@@ -96,62 +105,34 @@ std::string clsSystemItem::FullName() const {
 std::string clsSystemItem::FullNameTL() const {
   const std::string_view tl = GetTagItem("tl");
   if (tl.empty()) return FullName();
-  return modPrefixes::JoinNameAndExt(name_ + "/TL" + std::string(tl), nameExt_);
+  return modPrefixes::JoinNameAndExt(std::string(name_).append("/TL").append(tl), nameExt_);
 }
 
 std::string clsSystemItem::CollectionKey() const {
-  std::string key;
-  key.reserve(name_.size() + nameExt_.size() + 5);
-  key += std::to_string(ItemType);
-  key += name_;
-  if (!nameExt_.empty()) {
-    key += " (";
-    key += nameExt_;
-    key += ')';
-  }
-  return key;
+  return std::to_string(ItemType) + FullName();
 }
 
 void clsSystemItem::NewTagList(std::string_view text) {
   if (IsCached()) return;
-  BeginTagList(text.size() + 1);
+  RecordParts parts(Room(text.size() + 1));
   modNewParser::ForEachToken(text, ',', modNewParser::kParens, [&](std::string_view token) {
     const std::string_view piece = Trim(token);
-    if (const std::size_t open = piece.find('('); open != npos) AddTagPiece(piece, open);
+    if (const std::size_t open = piece.find('('); open != npos) parts.AddPiece(piece, open);
   });
-  EndTagList();
+  TakeParts(parts);
+  DropNeedlessDisplay();
 }
 
-void clsSystemItem::BeginTagList(std::size_t room) {
-  tagList_.clear();
-  tagList_.reserve(room);
+// The category comes last, where it can grow.
+void clsSystemItem::TakeParts(const RecordParts& parts) {
+  tagList_ = parts.Tags();
+  memory_->Take(tagList_.size());
+  if (parts.Name) SetName(*parts.Name);
+  if (parts.NameExt) SetNameExt(*parts.NameExt);
+  if (parts.Category) SetCategory(*parts.Category);
 }
 
-// The last character is taken to be the closing parenthesis, whatever it is; the opening one cannot be it.
-void clsSystemItem::AddTagPiece(std::string_view piece, std::size_t open) {
-  if (open == 0 || open + 1 == piece.size()) return;
-  const std::string_view name = piece.substr(0, open);
-  if (piece.ends_with(')') && IsLowerAscii(name) && !IsFieldName(name)) {
-    tagList_ += ',';
-    tagList_ += piece;
-  } else {
-    AddTag(name, piece.substr(open + 1, piece.size() - open - 2));
-  }
-}
-
-void clsSystemItem::AddTag(std::string_view name, std::string_view value) {
-  if (EqualNoCase(name, "name")) return SetName(value);
-  if (EqualNoCase(name, "nameext")) return SetNameExt(value);
-  if (EqualNoCase(name, "cat")) return SetCategory(value);
-  tagList_ += ',';
-  tagList_ += LCase(name);
-  tagList_ += '(';
-  tagList_ += value;
-  tagList_ += ')';
-}
-
-// Being shown is the rule, so a tag that says so is not kept.
-void clsSystemItem::EndTagList() {
+void clsSystemItem::DropNeedlessDisplay() {
   std::string_view display = GetTagItem("display");
   if (EqualNoCase(display, "yes")) {
     DeleteTag("display");
@@ -164,18 +145,17 @@ std::string clsSystemItem::TagList() const {
   if (IsCached()) return std::string(ReturnFastFileTagList());
   std::string list;
   list.reserve(tagList_.size() + category_.size() + nameExt_.size() + name_.size() + 24);
-  list += tagList_;
-  list += ",cat(" + category_ + ")";
-  if (!nameExt_.empty()) list += ",nameext(" + nameExt_ + ")";
-  list += ",name(" + name_ + ")";
+  list.append(tagList_).append(",cat(").append(category_).append(")");
+  if (!nameExt_.empty()) list.append(",nameext(").append(nameExt_).append(")");
+  list.append(",name(").append(name_).append(")");
   return list;
 }
 
 std::string clsSystemItem::TagItem(std::string_view tag) const {
   if (EqualNoCase(tag, "itemtype")) return std::string(modPrefixes::ItemTypeName(ItemType));
-  if (EqualNoCase(tag, "name")) return name_;
-  if (EqualNoCase(tag, "nameext")) return nameExt_;
-  if (EqualNoCase(tag, "cat")) return category_;
+  if (EqualNoCase(tag, "name")) return std::string(name_);
+  if (EqualNoCase(tag, "nameext")) return std::string(nameExt_);
+  if (EqualNoCase(tag, "cat")) return std::string(category_);
   if (EqualNoCase(tag, "fullname")) return FullName();
   return std::string(GetTagItem(tag));
 }
@@ -190,24 +170,30 @@ void clsSystemItem::SetTagItem(std::string_view tag, std::string_view value) {
   if (EqualNoCase(tag, "name")) return SetName(trimmed);
   if (EqualNoCase(tag, "nameext")) return SetNameExt(trimmed);
   if (EqualNoCase(tag, "cat")) return SetCategory(trimmed);
-  const std::size_t found = modTags::FindTag(tag, tagList_);
+  std::string tags(tagList_);
+  const std::size_t found = modTags::FindTag(tag, tags);
   if (found == npos) {
-    tagList_ += ',';
-    tagList_ += tag;
-    tagList_ += '(';
-    tagList_ += trimmed;
-    tagList_ += ')';
-    return;
+    tags.append(",").append(tag).append("(").append(trimmed).append(")");
+  } else {
+    const std::size_t begin = found + tag.size() + 2;
+    const std::size_t length = modTags::FindCloseParen(std::string_view(tags).substr(begin));
+    if (length != npos) tags.replace(begin, length, trimmed);
   }
-  const std::size_t begin = found + tag.size() + 2;
-  const std::size_t length = modTags::FindCloseParen(std::string_view(tagList_).substr(begin));
-  if (length != npos) tagList_.replace(begin, length, trimmed);
+  ReplaceTags(tags);
+}
+
+// A record that is changed again and again takes no more room for it.
+void clsSystemItem::ReplaceTags(const std::string& tags) {
+  memory_->Drop(tagList_);
+  tagList_ = memory_->Copy(tags);
 }
 
 void clsSystemItem::DeleteTag(std::string_view tag) {
   if (IsCached() || EqualNoCase(tag, "name") || EqualNoCase(tag, "nameext") || EqualNoCase(tag, "fullname"))
     return;
-  modTags::DeleteTagFromTagString(tagList_, tag);
+  std::string tags(tagList_);
+  modTags::DeleteTagFromTagString(tags, tag);
+  ReplaceTags(tags);
 }
 
 std::string clsSystemItem::TagListSegmentReplace(std::string_view segment,
@@ -231,10 +217,6 @@ std::string clsSystemItem::TagListSegmentInsert(std::string_view segment, std::v
                        }
                        SetTagItem(tag, merged);
                      });
-}
-
-void clsSystemItem::Clear() {
-  *this = clsSystemItem();
 }
 
 std::weak_ordering SortOrder(const clsSystemItem& a, const clsSystemItem& b) {

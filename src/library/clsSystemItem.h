@@ -1,18 +1,28 @@
-// A trait in the library.
+// A trait of the library.
 #pragma once
 
 #include <compare>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "library/Arena.h"
+#include "library/RecordParts.h"
 #include "library/modPrefixes.h"
 
 namespace kvr {
 
+// A trait in the library. Its texts lie in the memory that it was made with, which must outlive it; in its
+// own when it was made without, or is a copy. The views that it hands out hold until it is changed.
 class clsSystemItem {
  public:
+  explicit clsSystemItem(Arena& memory) : memory_(&memory) {}
+  clsSystemItem() : own_(std::make_unique<Arena>()), memory_(own_.get()) {}
+  clsSystemItem(const clsSystemItem& other);
+  clsSystemItem& operator=(const clsSystemItem& other);
+
   std::int32_t IDKey = 0;
   kvr::ItemType ItemType = kNoType;
   // 0 for a record in memory; above 0: position of the tag text in the cache file, TagListLength bytes.
@@ -21,17 +31,19 @@ class clsSystemItem {
   std::int32_t TagListLength = 0;
   bool Flag = false;
   bool Calculate = false;
-  std::int16_t BuildIcon = 0;  // 1 when adding the trait will ask the user something
-  std::string DisplayString, DisplayStringShort;
+  std::int16_t BuildIcon = 0;                          // 1 when adding the trait will ask the user something
+  std::string_view DisplayString, DisplayStringShort;  // in the memory of its library
 
-  const std::string& Name() const { return name_; }
-  const std::string& NameExt() const { return nameExt_; }
-  const std::string& LCaseName() const { return lcaseName_; }
-  const std::string& LCaseNameExt() const { return lcaseNameExt_; }
-  const std::string& Category() const { return category_; }
+  std::string_view Name() const { return name_; }
+  std::string_view NameExt() const { return nameExt_; }
+  std::string_view LCaseName() const { return lcaseName_; }
+  std::string_view LCaseNameExt() const { return lcaseNameExt_; }
+  std::string_view Category() const { return category_; }
   void SetName(std::string_view name);
   void SetNameExt(std::string_view ext);
   void SetCategory(std::string_view list);
+  // The list of another record of the same library.
+  void ShareCategory(std::string_view list) { category_ = list; }
   // Inserts into the cat list each entry of `list` that it lacks.
   void MergeCategories(std::string_view list);
 
@@ -42,20 +54,18 @@ class clsSystemItem {
   // Replaces the content. Pieces split at commas outside parentheses; "name", "nameext" and "cat" go to the
   // fields, the rest to the tag list; "display" of "yes" or "-1" is dropped.
   void NewTagList(std::string_view text);
-  // The same in steps, for a reader that has the pieces in hand: begin, each piece (trimmed, with the
-  // position of its first parenthesis), end, which takes care of "display".
-  void BeginTagList(std::size_t room);
-  void AddTagPiece(std::string_view piece, std::size_t open);
-  // One tag; the name in any case.
-  void AddTag(std::string_view name, std::string_view value);
-  void EndTagList();
+  // The same from parts whose tags were written to Room() of that many bytes. What "display" says stays.
+  char* Room(std::size_t size) { return memory_->Room(size); }
+  void TakeParts(const RecordParts& parts);
+  // Being shown is the rule, so a tag "display" that says so is dropped.
+  void DropNeedlessDisplay();
   // The whole record: the free list, then cat, nameext (if any), name.
   std::string TagList() const;
-  const std::string& TagListNoFill() const { return tagList_; }
+  std::string_view TagListNoFill() const { return tagList_; }
 
   // "itemtype" (the prefix word), "name", "nameext", "cat", "fullname", else the tag list.
   std::string TagItem(std::string_view tag) const;
-  // The tag list alone; a view that holds until the next write.
+  // The tag list alone.
   std::string_view GetTagItem(std::string_view tag) const;
   void SetTagItem(std::string_view tag, std::string_view value);
   void DeleteTag(std::string_view tag);
@@ -66,8 +76,7 @@ class clsSystemItem {
   // Merges each value into the tag's list ("|" for initmods, else ", ").
   std::string TagListSegmentInsert(std::string_view segment, std::vector<std::string>& refused);
 
-  void Clear();
-  void ClearTagItems() { tagList_.clear(); }
+  void ClearTagItems() { tagList_ = {}; }
   // The tag text of a cached record out of its file (FastLoad.cpp); the view holds until the next call.
   std::string_view ReturnFastFileTagList() const;
 
@@ -76,9 +85,13 @@ class clsSystemItem {
   std::string_view TagText() const { return IsCached() ? ReturnFastFileTagList() : tagList_; }
   void MergeCategory(std::string_view entry);
   void AppendCategory(std::string_view entry);
+  void ReplaceTags(const std::string& tags);
+  std::string_view Lowered(std::string_view text);
 
-  std::string name_, nameExt_, lcaseName_, lcaseNameExt_, category_;
-  std::string tagList_;
+  std::string_view name_, nameExt_, lcaseName_, lcaseNameExt_, category_;
+  std::string_view tagList_;
+  std::unique_ptr<Arena> own_;
+  Arena* memory_;
 };
 
 // Lower-cased name, then lower-cased extension, then type.

@@ -6,10 +6,10 @@ namespace kvr {
 namespace {
 
 void AddStat(KVRSystem& system, std::string_view tagList) {
-  auto stat = std::make_unique<clsSystemItem>();
-  stat->ItemType = kStats;
-  stat->NewTagList(tagList);
-  system.AddOrReplaceItem(std::move(stat), "");
+  clsSystemItem& stat = system.NewItem();
+  stat.ItemType = kStats;
+  stat.NewTagList(tagList);
+  system.AddOrReplaceItem(stat, "");
 }
 
 TEST(NewCharacter, TakesItsStartValuesFromTheOptions) {

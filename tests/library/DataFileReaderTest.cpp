@@ -96,6 +96,8 @@ TEST(ItemLines, ReadTheSameWithAndWithoutATagString) {
       " ", "\"",  "{",    "}", "x(1)",     ", ",           ",y(",
       ")", ")",   "(",    "é", "newmode(", "display(yes)", "words, enough of them to fill much of a block"};
   std::mt19937 random(11);
+  TestWorld world;
+  const KVRSystem system(world.env);
   int plain = 0;
   for (int round = 0; round < 60'000; ++round) {
     std::string line;
@@ -103,7 +105,7 @@ TEST(ItemLines, ReadTheSameWithAndWithoutATagString) {
     const auto kind = static_cast<ItemLines::Kind>(random() % 7);
     ItemLines::Notes notes, otherNotes;
     clsSystemItem read, parsed;
-    if (!ItemLines::ReadPlainLine(read, line, kind, notes)) continue;
+    if (!ItemLines::ReadPlainLine(system, read, line, kind, notes)) continue;
     ++plain;
     ItemLines::ReadByTagString(parsed, line, kind, otherNotes);
     ASSERT_EQ(read.TagList(), parsed.TagList()) << line;
@@ -151,6 +153,32 @@ TEST_F(DataFiles, MergeCategoriesWhenATraitIsDefinedAgain) {
   EXPECT_TRUE(system.Cats.Item("6First"));
   EXPECT_FALSE(system.Cats.Item("1x"));
   EXPECT_EQ(system.Cats.TypeCount(kAds), 4u);
+}
+
+TEST_F(DataFiles, ShareListsOfCategoriesAndKeepThemApart) {
+  Load(
+      "[ADS]\r\n<First>\r\nFoo, cat(Own)\r\nBar, cat(Own)\r\n#mergetags in AD:Foo with cat(More)\r\n"
+      "Baz, cat(Own)\r\n#deletecat ads, Own\r\nQux, cat(Own)\r\n<Second>\r\nQuux, cat(Own)\r\n"
+      "[QUIRKS]\r\nFoo, cat(Own)\r\n");
+  EXPECT_EQ(system.Count(kAds), 2) << "the others went with their category";
+  EXPECT_EQ(system.FindItem("Qux", kAds)->Category(), "Own, First");
+  EXPECT_EQ(system.FindItem("Quux", kAds)->Category(), "Own, Second");
+  EXPECT_EQ(system.FindItem("Foo", kQuirks)->Category(), "Own, Second");
+  EXPECT_TRUE(system.Cats.Item("2Own")) << "a category that went comes back with the next trait of it";
+  EXPECT_TRUE(system.Cats.Item("4Own"));
+}
+
+TEST_F(DataFiles, CopiesOfRecordsOutliveTheLibrary) {
+  Load("[ADS]\r\n<First>\r\nFoo (Bar), 5, cat(Own), page(1)\r\nBaz, cat(Own)\r\n");
+  const clsSystemItem copy = *system.FindItem("Foo (Bar)", kAds);
+  clsSystemItem changed(copy);
+  changed.MergeCategories("First, New");
+  changed.SetTagItem("page", "2");
+  system.ClearLibrary();
+  Load("[ADS]\r\n<Other>\r\nA trait with another text in the place of the first one, 7\r\n");
+  EXPECT_EQ(copy.TagList(), ",cost(5),page(1),cat(Own, First),nameext(Bar),name(Foo)");
+  EXPECT_EQ(changed.TagList(), ",cost(5),page(2),cat(Own, First, New),nameext(Bar),name(Foo)");
+  EXPECT_EQ(changed.LCaseName(), "foo");
 }
 
 TEST_F(DataFiles, ReadHeadings) {

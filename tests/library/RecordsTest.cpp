@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "library/ModRecord.h"
+#include "library/TypedKey.h"
 #include "library/clsSkillCosts.h"
 #include "library/clsSystemItem.h"
 
@@ -63,6 +64,18 @@ TEST(Prefixes, SplitNames) {
   }
 }
 
+TEST(TypedKey, IsAsTheTextThatItMakes) {
+  const std::string letters = "Sword of the Old King, (two-handed) ÄÖ and more";
+  for (std::size_t length = 0; length <= letters.size(); ++length) {
+    const std::string name = letters.substr(0, length), lower = LCase(name), text = "6" + name;
+    ASSERT_EQ(HashNoCase(TypedKey{kSkills, name}), HashNoCase(text)) << name;
+    ASSERT_EQ(HashNoCase(TypedKey{kSkills, lower}), HashNoCase(text)) << name;
+    ASSERT_TRUE(EqualNoCase(text, TypedKey{kSkills, lower})) << name;
+    ASSERT_FALSE(EqualNoCase(text, TypedKey{kSpells, name})) << name;
+    ASSERT_FALSE(EqualNoCase(text, TypedKey{kSkills, text})) << name;
+  }
+}
+
 TEST(SystemItem, ReadsTagLists) {
   clsSystemItem item;
   item.ItemType = kSkills;
@@ -111,7 +124,7 @@ TEST(SystemItem, EditsSegments) {
   EXPECT_EQ(item.TagListSegmentReplace("cost(1)", refused), "");
   EXPECT_EQ(item.TagItem("cost"), "") << "its tags are in the cache file, not in memory";
   item.FilePos = 0;
-  EXPECT_EQ(item.Name() + item.TagItem("cost"), "Foo7");
+  EXPECT_EQ(item.TagItem("name") + item.TagItem("cost"), "Foo7");
 }
 
 TEST(ModRecord, KeepsItsFieldsInTheList) {
