@@ -1,6 +1,6 @@
 // Adds what a trait lacks to be allowed: each entry of a list of needs becomes a trait on the character.
 #include "character/KVRCharacter.h"
-#include "character/modNeeds.h"
+#include "character/NeedsSteps.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "core/modLogging.h"
@@ -14,8 +14,8 @@ using modNeeds::Comparison;
 
 class PrerequisiteAdder {
  public:
-  PrerequisiteAdder(KVRCharacter& character, std::string_view neederName)
-      : character_(character), needer_(neederName) {}
+  PrerequisiteAdder(KVRCharacter& character, std::string_view neederName, std::int32_t neederKey)
+      : character_(character), needer_(neederName), neederKey_(neederKey) {}
 
   void Satisfy(std::string_view text) {
     const modNeeds::Entry entry = modNeeds::ReadEntry(text);
@@ -28,15 +28,28 @@ class PrerequisiteAdder {
   }
 
  private:
+  // The first of that name that isn't the needer.
+  clsItem* FirstFrom(std::size_t position, ItemType type, bool sameExtension) const {
+    clsItem* first = nullptr;
+    modNeeds::AnyFrom(character_, position, type, sameExtension, [&](clsItem& item) {
+      if (item.IDKey != neederKey_) first = &item;
+      return first != nullptr;
+    });
+    return first;
+  }
+
+  clsItem* ByFullName(std::string_view name, ItemType type) const {
+    return FirstFrom(character_.ItemPositionByNameAndExt(name, type), type, true);
+  }
+
   clsItem* Existing(std::string_view name, ItemType type) const {
     if (type == kStats || type == kNoType) {
-      if (clsItem* stat = character_.FindItem(name, kStats)) return stat;
+      if (clsItem* stat = ByFullName(name, kStats)) return stat;
       if (clsItem* stat = character_.FindItemBySymbol(name, kStats)) return stat;
     }
-    if (clsItem* item = character_.FindItem(name, type)) return item;
+    if (clsItem* item = ByFullName(name, type)) return item;
     if (modNeeds::HasExtension(name)) return nullptr;
-    const std::size_t position = character_.ItemPositionByNameOnly(name, type);
-    return position ? &character_.Items.Item(position) : nullptr;
+    return FirstFrom(character_.ItemPositionByNameOnly(name, type), type, false);
   }
 
   const clsSystemItem* InLibrary(std::string_view name, ItemType type) const {
@@ -111,14 +124,16 @@ class PrerequisiteAdder {
 
   KVRCharacter& character_;
   std::string needer_;
+  std::int32_t neederKey_;
 };
 
 }  // namespace
 
-void KVRCharacter::AddSpecifiedItems(std::string_view neederName, std::string_view text) {
+void KVRCharacter::AddSpecifiedItems(std::string_view neederName, std::string_view text,
+                                     std::int32_t neederKey) {
   TraceScope trace("KVRCharacter:AddSpecifiedItems");
   const std::string list(text);
-  PrerequisiteAdder adder(*this, neederName);
+  PrerequisiteAdder adder(*this, neederName, neederKey);
   env_.log.LogLine(std::string(neederName) + ": AutoAdding: " + list);
   for (std::string_view entry : modNewParser::ParseSplitChars(list, ",", modNewParser::kNames))
     LogFailure(env_.log, [&] { adder.Satisfy(entry); });

@@ -322,8 +322,8 @@ class KVRCharacter final : public CalcItem {
   std::vector<std::string> NeedsCheckSelected(const std::vector<std::string>& keys);
   static std::string NeedsListUserFriendly(std::string text);
   // Adds or raises each trait of a list of needs ("SK:Sword >= 12, AD:Luck"); one that can't be had is
-  // logged.
-  void AddSpecifiedItems(std::string_view neederName, std::string_view text);
+  // logged. The needer, if it has a key, is never taken for what it needs.
+  void AddSpecifiedItems(std::string_view neederName, std::string_view text, std::int32_t neederKey = 0);
   void AddTaboosFromOwner(clsItem& owner);
   void RemoveTaboosFromOwner(clsItem& owner);
   void DisableItemTaboos(clsItem& item);

@@ -76,7 +76,7 @@ bool KVRCharacter::ItemNeedsCheck(clsItem& item, bool askToAdd, bool report) {
   const std::string chosen = askToAdd && !missing.empty() ? ChooseAlternative(item, missing) : "";
   if (chosen.empty()) return changed;
   const std::int32_t id = item.IDKey;
-  AddSpecifiedItems(item.FullName(), chosen);
+  AddSpecifiedItems(item.FullName(), chosen, id);
   // What was added may have brought or taken anything.
   if (ItemByKey(id) == &item && StoreNeedsCheck(item, modNeeds::NeedsAreMet({item}, needs)))
     changed = !changed;

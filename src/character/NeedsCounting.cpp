@@ -76,8 +76,13 @@ bool Counts(const Check& check, const Finding& finding, clsItem& item) {
   return Holds(finding.comparison, NumberInTag(item, tag), value);
 }
 
-const clsSortedItemList& ItemsOf(const Check& check, ItemType type) {
-  return check.Character().ItemsByType[static_cast<std::size_t>(type)];
+// Calls f(item) for each trait of the type that counts.
+template <class F>
+void ForEachCounted(const Check& check, const Finding& finding, F&& f) {
+  for (clsItem& item : check.Character().ItemsByType[static_cast<std::size_t>(finding.type)])
+    if (Counts(check, finding, item)) f(item);
+  if (check.also && check.also->ItemType == finding.type && Counts(check, finding, *check.also))
+    f(*check.also);
 }
 
 std::vector<std::string_view> CategoriesOf(const clsItem& item) {
@@ -91,12 +96,15 @@ bool IsAnyOf(std::string_view name, const std::vector<std::string_view>& names) 
 }
 
 void CheckSpecialCaseNumberOfItems(const Check& check, Finding& finding) {
-  for (clsItem& item : ItemsOf(check, finding.type)) finding.counted += Counts(check, finding, item);
+  ForEachCounted(check, finding, [&](clsItem&) { ++finding.counted; });
   finding.met = finding.counted >= finding.wanted;
 }
 
 bool HasMember(const Check& check, const Finding& finding, const clsRefItem& member) {
   KVRCharacter& character = check.Character();
+  if (check.also && check.also->ItemType == member.ItemType &&
+      EqualNoCase(check.also->FullName(), member.FullName()) && Counts(check, finding, *check.also))
+    return true;
   const std::size_t position = character.ItemPositionByNameAndExt(member.FullName(), member.ItemType);
   return AnyFrom(character, position, member.ItemType, true,
                  [&](clsItem& item) { return Counts(check, finding, item); });
@@ -127,13 +135,12 @@ void CheckSpecialCaseNumberFromACategory(const Check& check, Finding& finding) {
     wanted = CategoriesOf(check.needer);
   } else {
     finding.group = CategoryName(check.Character().Cats, finding.group, finding.type);
-    wanted.push_back(finding.group);
+    if (!finding.group.empty()) wanted.push_back(finding.group);
   }
-  for (clsItem& item : ItemsOf(check, finding.type)) {
-    const bool isIn = std::ranges::any_of(
+  ForEachCounted(check, finding, [&](clsItem& item) {
+    finding.counted += std::ranges::any_of(
         wanted, [&](std::string_view name) { return modTags::IsItemInList(name, item.FreeTag("cat")); });
-    if (isIn) finding.counted += Counts(check, finding, item);
-  }
+  });
   finding.met = finding.counted >= finding.wanted;
 }
 
@@ -147,8 +154,7 @@ void CheckSpecialCaseNumberOfCats(const Check& check, Finding& finding) {
   std::vector<Tally> tallies;
   std::vector<std::string_view> own;
   if (finding.others) own = CategoriesOf(check.needer);
-  for (clsItem& item : ItemsOf(check, finding.type)) {
-    if (!Counts(check, finding, item)) continue;
+  ForEachCounted(check, finding, [&](clsItem& item) {
     for (std::string_view name : CategoriesOf(item)) {
       if (IsAnyOf(name, own)) continue;
       auto tally =
@@ -158,7 +164,7 @@ void CheckSpecialCaseNumberOfCats(const Check& check, Finding& finding) {
       finding.counted += ++tally->count == finding.perCategory;
       break;
     }
-  }
+  });
   finding.met = finding.counted >= finding.wanted;
 }
 

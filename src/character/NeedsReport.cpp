@@ -27,8 +27,9 @@ class NeedsReport {
     for (std::size_t pass = 0; pass <= items_.size(); ++pass) {
       const std::size_t before = failed;
       failed = Walk();
-      if (failed == before) break;
+      if (failed == before) return failed;
     }
+    character_.Env().log.LogRed("The needs check did not settle; it was ended.");
     return failed;
   }
 
@@ -45,7 +46,7 @@ class NeedsReport {
 
   void AddTaboos() {
     for (clsItem* item : all_) {
-      character_.ItemTabooCheck(*item, false);
+      if (character_.ItemTabooCheck(*item, false)) character_.SetRefreshList(item->ItemType);
       if (item->TabooFailed() != 0)
         lines_.push_back(item->FullName() + " taboo exists: " + item->TagItem("tabootext"));
     }

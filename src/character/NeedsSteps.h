@@ -16,9 +16,16 @@ inline std::string_view GroupText(std::string_view entry) {
   entry.remove_prefix(1);
   return entry.substr(0, modTags::FindCloseParen(entry));
 }
-// A test with a name or operator that is still to be chosen.
+inline bool IsLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+// A test with a part that is still to be chosen: "#choice..." or "%name%", and no mere sign ("Ward #2").
 inline bool IsOpen(std::string_view entry) {
-  return entry.find_first_of("%#") != npos;
+  for (std::size_t at = entry.find_first_of("#%"); at != npos; at = entry.find_first_of("#%", at + 1)) {
+    if (at + 1 == entry.size() || !IsLetter(entry[at + 1])) continue;
+    if (entry[at] == '#' || entry.find('%', at + 2) != npos) return true;
+  }
+  return false;
 }
 
 // Whether the trait is another than the needer, and not set aside by a mitigation while a taboo is checked.

@@ -81,6 +81,13 @@ std::string CountedWords(const Finding& finding) {
 
 // --- Terms
 
+std::string Reading(const Finding& finding) {
+  // A formula alone is met when it isn't 0, so it is read without a value.
+  const bool compares =
+      finding.kind == Kind::Trait || (finding.kind == Kind::Formula && !finding.parts.value.empty());
+  return compares ? KVRCharacter::NeedsListUserFriendly(NormalForm(finding)) : WantedWords(finding);
+}
+
 // Calls f(place, entry) for each test of a demand.
 template <class F>
 void ForEachTest(std::string_view text, const std::string& place, int depth, F& f) {
@@ -104,7 +111,7 @@ std::vector<Term> TermsOf(const Check& check, std::string_view text) {
   auto add = [&](const std::string& place, std::string_view entry) {
     if (Trim(entry).empty()) return;
     const Finding finding = Examine(check, entry);
-    terms.push_back({place, std::string(entry), WantedWords(finding), HaveWords(finding), finding.met});
+    terms.push_back({place, std::string(entry), Reading(finding), HaveWords(finding), finding.met});
   };
   ForEachTest(text, "", 0, add);
   return terms;
@@ -159,12 +166,18 @@ std::vector<Lack> LacksOfAny(const Check& check, std::string_view text, int dept
   return {{line, ""}};
 }
 
-// The library trait as it would be on the character.
+// The library trait as it would be on the character, with the least that it can be had for.
 std::unique_ptr<clsItem> Planned(KVRCharacter& character, const clsSystemItem& record) {
   auto item = std::make_unique<clsItem>();
   item->NewTagList(record.TagList());
   item->ItemType = record.ItemType;
   item->Owner = &character;
+  item->SetLevel(1);
+  if (record.ItemType == kEquipment) item->SetTagItem("count", "1");
+  const bool learned = record.ItemType == kSkills || record.ItemType == kSpells;
+  const Currency points = learned ? Currency(1) : Currency::FromVal(record.GetTagItem("cost"));
+  item->SetPoints(points);
+  item->SetBaseAppPoints(points);
   return item;
 }
 
@@ -172,15 +185,38 @@ bool Demands(const clsSystemItem& record) {
   return !record.GetTagItem("needs").empty() || !record.GetTagItem("taboo").empty();
 }
 
-// Whether a taboo of a trait on the character names the library trait.
-bool IsNamedBy(const clsTaboo& taboo, const clsSystemItem& record) {
-  const Entry entry = ReadEntry(taboo.TabooItem);
-  if (entry.comparison != Comparison::None || TaboosAreMitigated(*taboo.Owner)) return false;
+bool Names(const Entry& entry, const clsSystemItem& record) {
   const ItemType type = modPrefixes::TypeFromPrefix(entry.prefix);
   if (type != record.ItemType && !entry.prefix.empty()) return false;
   const modPrefixes::NameAndExt name = modPrefixes::SplitNameAndExt(entry.name);
   return EqualNoCase(name.name, record.Name()) &&
          (name.ext.empty() || EqualNoCase(name.ext, record.NameExt()));
+}
+
+bool MayCountSome(const Entry& entry) {
+  return EqualNoCase(entry.prefix, "GR") || IsNumeric(entry.left.substr(0, entry.left.find(' ')));
+}
+
+// Whether the count would be full with one more, and the trait is that one.
+bool FillsCount(const clsTaboo& taboo, const clsSystemItem& record) {
+  const Finding without = Examine({*taboo.Owner, true}, taboo.TabooItem);
+  if (without.kind == Kind::Trait || without.kind == Kind::Formula) return false;
+  if (without.type != record.ItemType && without.kind != Kind::Group) return false;
+  const auto item = Planned(*taboo.Owner->Owner, record);
+  const Finding with = Examine({*taboo.Owner, true, false, item.get()}, taboo.TabooItem);
+  return with.met && with.counted > without.counted;
+}
+
+// Whether a taboo of a trait on the character would be broken by the library trait, newly taken.
+bool IsNamedBy(const clsTaboo& taboo, const clsSystemItem& record) {
+  if (TaboosAreMitigated(*taboo.Owner)) return false;
+  const Entry entry = ReadEntry(taboo.TabooItem);
+  if (!Names(entry, record)) return MayCountSome(entry) && FillsCount(taboo, record);
+  const auto item = Planned(*taboo.Owner->Owner, record);
+  if (TaboosAreMitigated(*item)) return false;
+  if (entry.comparison == Comparison::None) return true;
+  const Finding finding = Examine({*taboo.Owner, true}, taboo.TabooItem);
+  return Holds(finding.comparison, NumberInTag(*item, finding.tag), finding.value);
 }
 
 template <class F>
@@ -233,7 +269,7 @@ std::vector<Term> TabooTerms(clsItem& item) {
   for (std::string_view entry : modNewParser::ParseSplitChars(text, ",", kNames)) {
     if (entry.empty()) continue;
     const Finding finding = Examine(check, entry);
-    terms.push_back({"1", std::string(entry), WantedWords(finding), HaveWords(finding), finding.met});
+    terms.push_back({"1", std::string(entry), Reading(finding), HaveWords(finding), finding.met});
   }
   return terms;
 }

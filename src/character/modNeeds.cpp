@@ -64,9 +64,10 @@ void ReadLeftSide(std::string_view left, Entry& entry) {
 
 // Numbers too large for points stop at the end of the range.
 Currency SolvedValue(std::string_view text, clsItem& needer) {
-  if (IsNumeric(text)) return Currency::FromVal(text);
-  const double value = modSolver::SolverGuarded(text, needer);
   constexpr double kEnd = 900000000000000;
+  const bool isPlain = IsNumeric(text);
+  const double value = isPlain ? Val(text) : modSolver::SolverGuarded(text, needer);
+  if (isPlain && std::abs(value) <= kEnd) return Currency::FromVal(text);
   return std::isnan(value) ? Currency() : Currency::FromDouble(std::clamp(value, -kEnd, kEnd));
 }
 
@@ -101,7 +102,7 @@ ItemType TypeOfBareName(const KVRCharacter& character, std::string_view name) {
   if (character.FindItem(name, kStats) || character.FindItemBySymbol(name, kStats)) return kStats;
   if (character.FindItem(name, kSpells)) return kSpells;
   std::size_t position = character.ItemPositionByNameAndExt(name, kNoType);
-  if (!position) position = character.ItemPositionByNameOnly(name, kNoType);
+  if (!position && !HasExtension(name)) position = character.ItemPositionByNameOnly(name, kNoType);
   if (position) return character.Items.Item(position).ItemType;
   const KVRSystem& library = character.System();
   position = library.ItemPositionByNameAndExt(name, kNoType);

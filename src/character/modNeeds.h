@@ -62,8 +62,9 @@ void GetNeededDefaults(const DataSetOptions& options, ItemType type, Currency& v
 // Who asks, and how.
 struct Check {
   clsItem& needer;
-  bool taboo = false;    // mitigated traits count as absent
-  bool planned = false;  // before the trait is added: a test with an open "%choice%" or "#" counts as met
+  bool taboo = false;       // mitigated traits count as absent
+  bool planned = false;     // before the trait is added: a test with an open "%choice%" or "#" counts as met
+  clsItem* also = nullptr;  // counting tests count it with those on the character
 
   KVRCharacter& Character() const { return *needer.Owner; }
 };
@@ -123,6 +124,7 @@ std::string WantedWords(const Finding& finding);
 std::string HaveWords(const Finding& finding);
 
 // One test of a demand. Place: "1" for the first alternative, "1.2" for the second of a group in it.
+// Reading: the test with its defaults in it ("SK:Sword >= 1::points"); a counting test in words.
 struct Term {
   std::string place, entry, reading, found;
   bool met = false;

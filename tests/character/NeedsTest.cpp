@@ -76,6 +76,7 @@ TEST(Needs, EachFormOfTestFindsWhatIsThere) {
       {"AD:Luck < 2, AD:Luck <= 1, AD:Luck <> 2, AD:Luck = 1, AD:Luck == 1", ""},
       {"AD:Luck == 2", "AD:Luck = 2"},
       {"AD:Luck <> 1", "AD:Luck <> 1"},
+      {"AD:Luck >= 99999999999999999999", "AD:Luck >= 900000000000000"},
       {"DI:Luck", "DI:Luck >= 1"},
       {"AD:Strong Arm >= 7::rank", ""},
       {"AD:Strong Arm::Rank >= 8", "AD:Strong Arm >= 8::rank"},
@@ -101,6 +102,7 @@ TEST(Needs, EachFormOfTestFindsWhatIsThere) {
       {"Kindle", ""},
       {"Bad Name", ""},
       {"9mm Pistol", ""},
+      {"Luck (Odd) = 0", ""},  // no such trait, so a formula
       {"Nobody Knows", "Nobody Knows >= 1::points"},
       // Formulas.
       {"@max(ST:MI, 3) >= 12", ""},
@@ -141,6 +143,7 @@ TEST(Needs, CountingTests) {
       {"2 skills >= 2::points", true},
       {"2 CO:Ember", true},
       {"3 CO:Ember", false},
+      {"1 ADCAT:", false},
       {"2 SPCAT:em", true},
       {"2 CO:Ember >= 15", false},
       {"2 SKCAT:Blades", true},
@@ -235,7 +238,9 @@ TEST(Needs, TheCheckOfAllSettlesAndReports) {
   clsItem& swings = world.Put(kPerks, "name(Swings),level(1),needs(me::needscheck)");
   swings.SetNeedsCheck(-1);
   world.character.FindItem("Pact", kAds)->SetNeedsCheck(0);
+  world.character.Dirty = false;
   const Lists lines = world.character.NeedsCheckAll(true);
+  EXPECT_EQ(world.Logged("The needs check did not settle; it was ended."), 1);  // Swings never does
   EXPECT_EQ(first.NeedsCheck(), -1);
   EXPECT_EQ(second.NeedsCheck(), -1);
   const auto holds = [&](std::string_view line) {
@@ -252,7 +257,15 @@ TEST(Needs, TheCheckOfAllSettlesAndReports) {
   EXPECT_EQ(first.NeedsCheck(), 0);
   EXPECT_EQ(second.NeedsCheck(), 0);
   EXPECT_EQ(world.Logged("First: needs check is 0"), 1);
+  EXPECT_EQ(world.Logged("did not settle"), 1);
   EXPECT_EQ(world.Logged("0 items failed to meet needs"), 1);
+  // A change of taboos alone is a change of the character.
+  second.SetTagItem("taboo", "AD:Luck, AD:Third");
+  for (const bool changes : {true, false}) {
+    world.character.Dirty = false;
+    world.character.NeedsCheckSelected({second.KeyText()});
+    EXPECT_EQ(world.character.Dirty, changes);
+  }
 }
 
 // --- What is missing is added
@@ -264,6 +277,9 @@ constexpr std::string_view kLibrary =
     "Oath, 1, taboo(AD:Ring)\r\nStrong Arm, 5/10/15\r\n"
     "Giant Grip, 5, needs(AD:Strong Arm >= 2)\r\n"
     "Champion, 5, needs(AD:Strong Arm >= 3, (AD:Seal | AD:Ring), 2 quirks)\r\n"
+    "Blade (Long), 1, needs(AD:Blade)\r\nBlade (Short), 1\r\n"
+    "Ward #2, 1\r\n50% Off %, 1\r\nNumbered, 1, needs(AD:Ward #2, AD:50% Off %)\r\n"
+    "Listed, 1, needs(AD:#choice(x), AD:%a% Ward #2)\r\n"
     "Own, 5, needs(AD:%choice1%)\r\nText, 1, needs($if(1 = 1 THEN \"\" ELSE \"AD:Nowhere\"))\r\n";
 
 TEST(Needs, AddsWhatIsMissing) {
@@ -275,6 +291,11 @@ TEST(Needs, AddsWhatIsMissing) {
   world.Answer("Banner (Red)");
   world.Add("Guild", kAds);
   EXPECT_TRUE(world.character.FindItem("Banner (Red)", kAds));
+  // The needer is not what it needs itself.
+  world.Answer("Blade (Short)");
+  world.Add("Blade (Long)", kAds);
+  EXPECT_TRUE(world.character.FindItem("Blade (Short)", kAds));
+  EXPECT_EQ(world.character.FindItem("Blade (Long)", kAds)->NeedsCheck(), 0);
   world.Add("Lost", kAds);
   EXPECT_NE(world.Log().find("Lost: I couldn't find: Nowhere. You'll have to add it manually."), npos);
   EXPECT_EQ(world.character.FindItem("Lost", kAds)->NeedsCheck(), -1);
@@ -339,12 +360,48 @@ TEST(Needs, SaysWhyALibraryTraitCannotBeTaken) {
                                     "needs Seal (you don't have it) or Ring (you don't have it)",
                                     "needs 2 quirks; you have 0"}));
   EXPECT_EQ(why("Own"), Lists{});
+  EXPECT_EQ(why("Listed"), Lists{});
+  EXPECT_EQ(why("Numbered"),
+            (Lists{"needs Ward #2; you don't have it", "needs 50% Off %; you don't have it"}));
   EXPECT_EQ(why("Oath"), Lists{});
   world.Add("Ring", kAds);
   EXPECT_EQ(why("Oath"), (Lists{"can't go together with Ring"}));
   world.Add("Oath", kAds);
   EXPECT_EQ(world.character.FindItem("Oath", kAds)->TabooFailed(), -1);
   EXPECT_EQ(why("Ring"), (Lists{"can't go together with Oath, which rules it out"}));
+}
+
+TEST(Needs, SaysWhichTabooALibraryTraitWouldBreak) {
+  CharacterWorld world(
+      "[ADS]\r\nVow, 1\r\nRage, 5/10, cat(Heat)\r\nCalm, 5, cat(Cold)\r\nKept, 5, mitigated(yes), "
+      "cat(Heat)\r\n"
+      "Warm, 5, cat(Heat)\r\nLamp, 3, mitigated(gives)\r\n[SKILLS]\r\nRage, DX/A\r\n");
+  auto member = std::make_unique<clsRefItem>();
+  *member = {"Moods", "Calm", "", kAds};
+  const std::string memberKey = clsSortedRefCollection::GroupKeyOf(*member);
+  world.character.Groups.Add(std::move(member), memberKey);
+  world.Add("Warm", kAds);
+  clsItem& vow = world.Added("Vow", kAds);
+  static constexpr struct {
+    const char *taboo, *name;
+    bool allowed;
+  } kCases[] = {
+      {"AD:Rage >= 1", "Rage", false},  {"AD:Rage >= 2", "Rage", true},
+      {"AD:Rage < 2", "Rage", false},   {"AD:Rage >= 5::points", "Rage", false},
+      {"AD:Rage > 5pts", "Rage", true}, {"SK:Rage >= 1", "Rage", true},
+      {"AD:Kept", "Kept", true},        {"AD:Lamp", "Lamp", false},
+      {"2 ADCAT:Heat", "Rage", false},  {"3 ADCAT:Heat", "Rage", true},
+      {"2 ADCAT:Heat", "Calm", true},   {"2 ADCAT:Heat", "Kept", true},
+      {"1 ADCAT:Heat", "Calm", true},   {"2 ADCAT:Heat >= 2", "Rage", true},
+      {"GR:Moods", "Calm", false},      {"2 GR:Moods", "Calm", true},
+      {"GR:Moods", "Lamp", true},       {"1 perks", "Calm", true},
+  };
+  for (const auto& each : kCases) {
+    vow.SetTagItem("taboo", each.taboo);
+    world.character.EnableItemTaboos(vow);
+    const clsSystemItem& record = *world.system.FindItem(each.name, kAds);
+    EXPECT_EQ(modNeeds::MayBeTaken(world.character, record), each.allowed) << each.taboo << ", " << each.name;
+  }
 }
 
 }  // namespace
