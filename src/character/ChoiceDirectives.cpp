@@ -159,7 +159,13 @@ void ReadGoal(DirectiveRun& run, const Fields& fields, Form& form) {
   const bool byCost =
       !IsOneOf(method, {"bynumber", "bynum", "num", "number", "bycount", "count"}) && cost.given;
   if (byCost) LimitCost(cost, form);
-  if (!byCost && !byNumber) picks = {true, true, 1, 1};
+  if (!byCost && !byNumber) {
+    if (picks.given || cost.given) {
+      run.Log(std::string(picks.given ? "picksallowed" : "totalcost") + " was passed over by the method '" +
+              std::string(method) + "' of a choice.");
+    }
+    picks = {true, true, 1, 1};
+  }
   if (!byCost || byNumber) LimitNumber(picks, form);
   if (!form.request.LimitNumber) form.request.ByNumberOrCost = CountBy::Cost;
 }
@@ -251,11 +257,11 @@ SelectionAnswer NothingChosen(const SelectionRequest& request) {
   return {false, {}, request.Choices};
 }
 
-SelectionAnswer Choose(DirectiveRun& run, const Form& form) {
+SelectionAnswer Choose(DirectiveRun& run, const Form& form, const std::string& word) {
   const SelectionRequest& request = form.request;
   if (!form.canBeMet) {
-    run.LogFault("no choice out of " + std::to_string(request.Choices.size()) +
-                 " meets the limits of its directive.");
+    run.LogFault("no choice out of " + std::to_string(request.Choices.size()) + " meets the limits of " +
+                 word + " '" + form.name + "'.");
     return {};
   }
   if (form.picksNothing || request.Choices.empty()) return NothingChosen(request);
@@ -384,7 +390,7 @@ std::string DoChoiceMainPart(DirectiveRun& run, Directive& directive) {
   TraceScope trace("modDirectives:DoChoiceMainPart");
   run.LogTraced(": Start");
   const Form form = FormOf(run, directive.body);
-  const SelectionAnswer answer = Choose(run, form);
+  const SelectionAnswer answer = Choose(run, form, directive.word);
   run.LogTraced(": End");
   if (answer.Canceled) {
     run.Cancel();

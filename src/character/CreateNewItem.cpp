@@ -27,6 +27,13 @@ std::vector<std::int32_t> NumbersIn(std::string_view list) {
   return numbers;
 }
 
+bool IsSelectTag(std::string_view tag) {
+  constexpr std::string_view kSelect = "select";
+  const std::string_view name = Trim(tag.substr(0, tag.find('(')));
+  return StartsWithNoCase(name, kSelect) && name.size() > kSelect.size() &&
+         name.find_first_not_of("0123456789", kSelect.size()) == npos;
+}
+
 }  // namespace
 
 // One trait on its way onto the character. Its steps are run in order; a failure in one is logged, and the
@@ -98,6 +105,7 @@ class ItemCreation {
 
   // --- What they use ---
   void RunDirectives(const std::vector<modDirectives::Substitution>& protectedVars);
+  bool RunSelectDirectives(std::string& text);
   void StoreTagList(const std::string& text);
   void UndoSelections();
   void SetStartLevel();
@@ -273,8 +281,27 @@ void ItemCreation::RunDirectives(const std::vector<modDirectives::Substitution>&
   const bool last = protectedVars.empty();
   if (last && modDirectives::HandleSpecialDirectives(text, character_, protectedVars)) return Cancel();
   if (modDirectives::HandleDirectives(text, character_, protectedVars)) return Cancel();
+  if (last && RunSelectDirectives(text)) return Cancel();
   if (!initMods.empty()) text.append(",initmods(").append(initMods).append(")");
   StoreTagList(text);
+}
+
+// All but those of `select1`, `select2` and so on, which are for the picking of traits; true when cancelled.
+bool ItemCreation::RunSelectDirectives(std::string& text) {
+  if (!modDirectives::HoldsWord(text, "buildselectlist")) return false;
+  std::string result;
+  bool cancelled = false;
+  modNewParser::ForEachToken(text, ',', modNewParser::kTags, [&](std::string_view each) {
+    std::string tag(each);
+    if (!cancelled && !IsSelectTag(tag)) {
+      cancelled =
+          modDirectives::HandleSelectXDirectives(tag, character_, {}, nullptr, {item_->FullName(), ""});
+    }
+    result.append(tag) += ',';
+  });
+  result.pop_back();
+  text = std::move(result);
+  return cancelled;
 }
 
 // A directive may have completed the name, by which the trait is sorted and found.

@@ -31,7 +31,7 @@ struct Directive {
 
 class DirectiveRun {
  public:
-  DirectiveRun(KVRCharacter& owner, const std::vector<Substitution>& protectedVars, std::string_view text);
+  DirectiveRun(KVRCharacter& owner, const std::vector<Substitution>& protectedVars, Origin origin);
 
   KVRCharacter& character;
 
@@ -39,10 +39,14 @@ class DirectiveRun {
   bool IsCancelled() const { return cancelled_; }
   void Cancel() { cancelled_ = true; }
   const std::string& NotHandled() const { return notHandled_; }
-  // The name of the trait in hand; "" when the text is no tag list.
-  const std::string& TraitName() const { return traitName_; }
+  // The name of the trait in hand; "" when nobody gives one.
+  const std::string& TraitName() const { return origin_.trait; }
+  // Takes the "#" from each word of a directive in what the user typed, so that no run, this one or a later
+  // one, reads it as one.
+  void MakePlain(std::string& answer);
 
-  void Log(std::string_view line) { character.Env().log.LogLine(line); }
+  // Shielded texts are made plain.
+  void Log(std::string_view line);
   // Behind the name of the running procedure.
   void LogTraced(std::string_view line) { Log(TraceTop() + std::string(line)); }
   // In red, with the trait: what keeps it from being added.
@@ -58,19 +62,22 @@ class DirectiveRun {
   std::size_t Resolve(std::string& text, std::size_t hash, const Row& row, unsigned kinds);
   bool HoldsProtected(std::string_view body) const;
   bool MayGoOn(std::size_t length);
+  void PutOff(std::string_view directive, unsigned kinds);
   void NoteUnknown(const Word& word, unsigned kinds);
 
   const std::vector<Substitution>& protectedVars_;
-  std::string traitName_, notHandled_;
+  const Origin origin_;
+  std::string notHandled_;
   std::set<std::string> unknown_;
   int depth_ = 0, replacements_ = 0;
   std::size_t work_ = 0;
   bool cancelled_ = false;
 };
 
-// A typed or chosen text in the form in which no scan of this run finds a directive in it; the end of the
+// An answer in the form in which no scan of this run finds a directive in it; the end of the
 // scan makes it plain again.
 std::string Shielded(std::string_view text);
+std::string Unshielded(std::string_view text);
 // A text for the user: without enclosing quotes or braces, with its marks "~P" made line breaks.
 std::string ShownText(std::string_view text);
 

@@ -40,6 +40,7 @@ std::optional<std::string> Ask(DirectiveRun& run, const Question& question) {
   KVRCharacter& character = run.character;
   if (character.ResponseCount() > 0) {
     std::string response = character.PopResponse();
+    run.MakePlain(response);
     if (modTags::ParensBalance(response)) return response;
     run.Log("The answer '" + response + "' has unbalanced parentheses.");
   }
@@ -47,6 +48,7 @@ std::optional<std::string> Ask(DirectiveRun& run, const Question& question) {
   for (int tries = 0; tries < kMostTries; ++tries) {
     TextAnswer answer = prompts.PopupInputBox(question.prompt, question.title, question.preset);
     if (answer.Canceled) break;
+    run.MakePlain(answer.Text);
     if (modTags::ParensBalance(answer.Text)) return std::move(answer.Text);
     prompts.MessageBox(kUnbalanced, question.title, Buttons::Ok);
   }

@@ -64,7 +64,10 @@ class EntryForm {
     std::string_view text = modTools::StripQuotesAndBraces(written);
     if (noPrefix_) text = modPrefixes::ExtractPrefix(text).rest;
     std::string entry(text);
-    const bool needsQuotes = !quotes_ && !doubledQuotes_ && !braces_ && !parens_ && HoldsTopLevelComma(text);
+    const bool marked = quotes_ || doubledQuotes_ || braces_ || parens_;
+    // An "=" at the end of a choice is the sign of its cost, but not where the data encloses it.
+    const bool needsQuotes =
+        !marked && (HoldsTopLevel(text, ",") || (IsEnclosed(written) && HoldsTopLevel(text, "=")));
     if (doubledQuotes_) {
       entry = "\"\"" + entry + "\"\"";
     } else if ((quotes_ || needsQuotes) && !noQuotes_) {
@@ -102,8 +105,11 @@ class EntryForm {
     }
     return false;
   }
-  static bool HoldsTopLevelComma(std::string_view text) {
-    return modNewParser::FindWordTopLevel(text, ",", modNewParser::kNames) != npos;
+  static bool HoldsTopLevel(std::string_view text, std::string_view sign) {
+    return modNewParser::FindWordTopLevel(text, sign, modNewParser::kNames) != npos;
+  }
+  static bool IsEnclosed(std::string_view text) {
+    return modTools::IsQuoted(text) || modTools::IsBraced(text);
   }
 
   std::string template_ = std::string(kListItem), prepend_, append_, list_;
@@ -217,15 +223,16 @@ bool Matches(const Query& query, std::string_view written) {
   return false;
 }
 
+// The log speaks of both directives by the name of the first.
 template <class Items>
-std::string BuildFromTraits(DirectiveRun& run, const Directive& directive, Items& items,
-                            const std::string& name) {
+std::string BuildFromTraits(DirectiveRun& run, const Directive& directive, Items& items) {
   Query query;
   if (!ReadQuery(directive.body, query)) {
-    run.Log("This #" + name + " was improperly defined, and could not be used: " + directive.Text());
-    run.Log("#" + name + " should be in this format: #" + name +
-            "( <Type> where <tag> [ is | isnot | includes | excludes | listincludes | listexcludes ] "
-            "<tagvalue> , template( [some text]%ListItem%[more text] ))");
+    run.Log("This #BuildSelectList was improperly defined, and could not be used: " + directive.Text());
+    run.Log(
+        "#BuildSelectList should be in this format: #BuildSelectList( <Type> where <tag> [ is | isnot | "
+        "includes | excludes | listincludes | listexcludes ] "
+        "<tagvalue> , template( [some text]%ListItem%[more text] ))");
     return "";
   }
   std::string list;
@@ -287,12 +294,12 @@ std::string HandleBuildList(DirectiveRun& run, Directive& directive) {
 
 std::string HandleBuildSelectList(DirectiveRun& run, Directive& directive) {
   TraceScope trace("modDirectives:HandleBuildSelectList");
-  return BuildFromTraits(run, directive, run.character.System().Items, "BuildSelectList");
+  return BuildFromTraits(run, directive, run.character.System().Items);
 }
 
 std::string HandleBuildCharItemList(DirectiveRun& run, Directive& directive) {
   TraceScope trace("modDirectives:HandleBuildCharItemList");
-  return BuildFromTraits(run, directive, run.character.Items, "BuildCharItemList");
+  return BuildFromTraits(run, directive, run.character.Items);
 }
 
 }  // namespace kvr::modDirectives

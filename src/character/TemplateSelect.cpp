@@ -21,7 +21,10 @@ KVRCharacter::SelectResult KVRCharacter::HandleSelect(clsItem& item, int index, 
   FormerState::MakeLinks(*this);
   TrickleRecalcItems();
   env_.log.LogLine("Text for " + tag + " = " + text);
-  if (modDirectives::HandleSelectXDirectives(text, *this, {{"%AddedItemsList%", ""}})) return Canceled();
+  if (modDirectives::HandleSelectXDirectives(text, *this, {{"%AddedItemsList%", ""}}, nullptr,
+                                             {item.FullName(), tag})) {
+    return Canceled();
+  }
   const SelectText wanted(text);
   ItemSelection selection(*this, item, wanted);
   if (!selection.CanBeMet()) {

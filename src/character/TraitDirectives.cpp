@@ -8,7 +8,6 @@
 namespace kvr::modDirectives {
 namespace {
 
-constexpr std::string_view kMessage = "#message(";
 constexpr std::string_view kMarker = "%%message%%(";
 constexpr std::string_view kAddedItems = "%addeditemslist%";
 
@@ -144,7 +143,15 @@ std::string HandleMessage(DirectiveRun& run, Directive& directive) {
 }
 
 void MarkMessages(std::string& text) {
-  modTools::ReplaceAll(text, kMessage, kMarker);
+  std::string marked;
+  std::size_t copied = 0;
+  for (std::size_t hash = text.find('#'); hash != npos; hash = text.find('#', hash + 1)) {
+    const Word word = WordAt(text, hash);
+    if (word.open == npos || !EqualNoCase(word.letters, "message")) continue;
+    marked.append(text, copied, hash - copied).append(kMarker);
+    copied = word.open + 1;
+  }
+  text = marked.append(text, copied);
 }
 
 std::vector<std::string> TakeMarkedMessages(std::string& text) {

@@ -24,11 +24,20 @@ bool IsLetter(char c) {
   return lower >= 'a' && lower <= 'z';
 }
 
+// By the tag `name` of the list itself: one inside a directive or another tag's value is no name of the
+// trait.
+std::string NameIn(std::string_view tagList) {
+  const auto fields = modTags::ReturnTagItems(tagList);
+  const std::string_view name = modTags::ValueOf(fields, "name");
+  return std::string(name.substr(0, modTags::FindCloseParen(name)));
+}
+
 bool RunKinds(std::string& text, KVRCharacter& character, const std::vector<Substitution>& protectedVars,
-              unsigned kinds, std::string* notHandled) {
+              unsigned kinds, std::string* notHandled, Origin origin = {}) {
   if (notHandled) notHandled->clear();
   if (text.find('#') == npos) return false;
-  DirectiveRun run(character, protectedVars, text);
+  if (origin.trait.empty()) origin.trait = NameIn(text);
+  DirectiveRun run(character, protectedVars, std::move(origin));
   run.Scan(text, kinds);
   if (notHandled) *notHandled = run.NotHandled();
   return run.IsCancelled();
@@ -81,11 +90,8 @@ Word WordAt(std::string_view text, std::size_t hash) {
   return {text.substr(hash + 1, end - hash - 1), bracket ? open : npos};
 }
 
-DirectiveRun::DirectiveRun(KVRCharacter& owner, const std::vector<Substitution>& protectedVars,
-                           std::string_view text)
-    : character(owner),
-      protectedVars_(protectedVars),
-      traitName_(modTags::GetTagValue("name", "," + std::string(text))) {}
+DirectiveRun::DirectiveRun(KVRCharacter& owner, const std::vector<Substitution>& protectedVars, Origin origin)
+    : character(owner), protectedVars_(protectedVars), origin_(std::move(origin)) {}
 
 void DirectiveRun::Scan(std::string& text, unsigned kinds) {
   std::size_t hash = text.find('#');
@@ -105,9 +111,7 @@ std::size_t DirectiveRun::Resolve(std::string& text, std::size_t hash, const Row
   const std::string_view body = rest.substr(0, modTags::FindCloseParen(rest));
   const std::size_t end = std::min(text.size(), text.size() - rest.size() + body.size() + 1);
   if (HoldsProtected(body)) {
-    Log(": Protected Var: Don't process yet!");
-    if (!notHandled_.empty()) notHandled_ += ',';
-    notHandled_.append(text, hash, end - hash);
+    PutOff(std::string_view(text).substr(hash, end - hash), kinds);
     return end;
   }
   if (!MayGoOn(text.size())) return text.size();
@@ -127,6 +131,17 @@ std::size_t DirectiveRun::Resolve(std::string& text, std::size_t hash, const Row
 bool DirectiveRun::HoldsProtected(std::string_view body) const {
   return std::any_of(protectedVars_.begin(), protectedVars_.end(),
                      [&](const Substitution& each) { return ContainsNoCase(body, each.name); });
+}
+
+// What stands inside is looked at now: the later run speaks of nothing unknown.
+void DirectiveRun::PutOff(std::string_view directive, unsigned kinds) {
+  Log(": Protected Var: Don't process yet!");
+  if (!notHandled_.empty()) notHandled_ += ',';
+  notHandled_ += Unshielded(directive);
+  for (std::size_t hash = directive.find('#', 1); hash != npos; hash = directive.find('#', hash + 1)) {
+    const Word word = WordAt(directive, hash);
+    if (!FindRow(word.letters)) NoteUnknown(word, kinds);
+  }
 }
 
 bool DirectiveRun::MayGoOn(std::size_t length) {
@@ -150,8 +165,34 @@ void DirectiveRun::NoteUnknown(const Word& word, unsigned kinds) {
   Log("Unknown directive: " + directive);
 }
 
+// A word that loses its "#" can complete the one before it, so the text is walked again. Each walk can only
+// find longer words than the one before, which makes them few.
+void DirectiveRun::MakePlain(std::string& answer) {
+  std::erase(answer, kShield);
+  for (bool changed = answer.find('#') != npos; changed;) {
+    changed = false;
+    std::string plain;
+    for (std::size_t i = 0; i < answer.size(); ++i) {
+      if (answer[i] != '#' || !FindRow(WordAt(answer, i).letters)) {
+        plain += answer[i];
+        continue;
+      }
+      changed = true;
+      while (plain.ends_with('#')) plain.pop_back();
+    }
+    if (changed) Log("An answer must not hold a directive and was changed to: " + plain);
+    answer = std::move(plain);
+  }
+}
+
+void DirectiveRun::Log(std::string_view line) {
+  character.Env().log.LogLine(Unshielded(line));
+}
+
 void DirectiveRun::LogFault(std::string_view line) {
-  character.Env().log.LogRed("'" + traitName_ + "' can't be added: " + std::string(line));
+  std::string who = "'" + origin_.trait + "'";
+  if (!origin_.tag.empty()) who += " (" + origin_.tag + ")";
+  character.Env().log.LogRed(Unshielded(who + " can't be added: " + std::string(line)));
 }
 
 std::string DirectiveRun::LogImproper(std::string_view name, const Directive& directive) {
@@ -163,6 +204,12 @@ std::string Shielded(std::string_view text) {
   std::string shielded(text);
   std::replace(shielded.begin(), shielded.end(), '#', kShield);
   return shielded;
+}
+
+std::string Unshielded(std::string_view text) {
+  std::string plain(text);
+  std::replace(plain.begin(), plain.end(), kShield, '#');
+  return plain;
 }
 
 std::string ShownText(std::string_view text) {
@@ -184,9 +231,10 @@ bool HandleSpecialDirectives(std::string& text, KVRCharacter& character,
 }
 
 bool HandleSelectXDirectives(std::string& text, KVRCharacter& character,
-                             const std::vector<Substitution>& protectedVars, std::string* notHandled) {
+                             const std::vector<Substitution>& protectedVars, std::string* notHandled,
+                             Origin origin) {
   TraceScope trace("modDirectives:HandleSelectXDirectives");
-  return RunKinds(text, character, protectedVars, kSelect, notHandled);
+  return RunKinds(text, character, protectedVars, kSelect, notHandled, std::move(origin));
 }
 
 }  // namespace kvr::modDirectives

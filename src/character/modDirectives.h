@@ -3,8 +3,9 @@
 // docs/formats/directives.md tells what each does.
 //
 // Whoever runs them passes a text of any kind: a whole tag list, or one value. A text without "#" costs one
-// search. What the user typed or chose is never read as a directive in the same run. A run that does not end
-// (a list that leads back to itself, brackets in brackets without end) is cancelled, with a red log line.
+// search. What the user chose is not read as a directive in the same run, and what the user typed never is:
+// it loses the "#" of a directive's word. A run that does not end (a list that leads back to itself, brackets
+// in brackets without end) is cancelled, with a red log line.
 #pragma once
 
 #include <cstdint>
@@ -22,8 +23,14 @@ struct Substitution {
   std::string name, value;
 };
 
+// Whose text it is, for the log and for titles: a trait, and the tag in hand when the text is one value.
+struct Origin {
+  std::string trait, tag;
+};
+
 // Each runs its kind of directives from left to right and returns true when the user cancelled; the text is
-// then worthless. `notHandled` receives what was left for a later run, with "," between.
+// then worthless. `notHandled` receives what was left for a later run, with "," between. The trait is named
+// by the text's own tag `name` where no origin is given.
 //
 // "#choice", "#choicelist", "#list", "#grouplist", "#buildlist", "#buildcharitemlist", "#message".
 bool HandleDirectives(std::string& text, KVRCharacter& character,
@@ -35,7 +42,7 @@ bool HandleSpecialDirectives(std::string& text, KVRCharacter& character,
 // "#buildselectlist".
 bool HandleSelectXDirectives(std::string& text, KVRCharacter& character,
                              const std::vector<Substitution>& protectedVars,
-                             std::string* notHandled = nullptr);
+                             std::string* notHandled = nullptr, Origin origin = {});
 // Puts the traits that were added in the place of "%addeditemslist%": "AD:Luck", "SK:Sword (Broad)".
 void HandleAddedItemsList(std::string& text, const std::vector<std::int32_t>& addedItems,
                           KVRCharacter& character);

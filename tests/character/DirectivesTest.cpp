@@ -28,6 +28,8 @@ constexpr std::string_view kRules =
     "b #list(Endless)\r\n"
     "<Asking>\r\n"
     "Go #choice(Up, Down)%choice%\r\n"
+    "<Keys>\r\n"
+    "\"Key=4\"\r\n"
     "[GROUPS]\r\n"
     "<Crafts>\r\n"
     "SK:Net (Casting)\r\n"
@@ -134,7 +136,12 @@ TEST(Directives, Inputs) {
   RunCases({
       {"name(%input%)#input(Who?),a(%Input%)",
        {"Old #input(x) Tam"},
-       "name(Old #input(x) Tam),a(Old #input(x) Tam)"},
+       "name(Old input(x) Tam),a(Old input(x) Tam)",
+       "was changed to: Old input(x) Tam"},
+      {"n(%input% (A))#input(Who?)",
+       {"##list(Colours)#build#list(list(a)) #1 #choice"},
+       "n(list(Colours)buildlist(list(a)) #1 choice (A))"},
+      {"x(#inputtotag(motto, Words?))", {"No #1"}, "x(),motto(No #1)", "Now NewText$ = x(),motto(No #1)"},
       {"#input()", {}, "cancelled", "prompt: KVR Input: Please enter value:"},
       {"#input(\"Name, or none\", Tam, \"The Name\")", {}, "cancelled", "prompt: The Name: Name, or none"},
       {"#input(a, b, c, d)%input%", {}, "%input%", "Improper #Input directive: #input(a, b, c, d)"},
@@ -182,6 +189,7 @@ TEST(Directives, Lists) {
       {"#list(Colours, inbraces, huge)", {}, "{AD:Calm}, {Blue}, {Red}", "Unknown option 'huge' in #list"},
       {"#list(Nowhere)", {}, "", "The library has nothing for #list(Nowhere)"},
       {"#list(Asking)", {"Up"}, "Go Up"},
+      {"#choice(#list(Keys), Lock)%choice%:%choicecost%", {"Key=4"}, "Key=4:0"},
       {"#grouplist(Crafts)", {}, "AD:Calm, SK:Net (Casting)"},
       {"#grouplist(Crafts, flags(noprefix))", {}, "Calm, Net (Casting)"},
       {"#buildlist(list(a, {b, c}), template({AD:%ListItem%, 5}), flags(masterbraces))",
@@ -207,7 +215,8 @@ TEST(Directives, Lists) {
       {"#buildselectlist(ads where cat matches x)",
        {},
        "",
-       "was improperly defined, and could not be used: "},
+       "This #BuildSelectList was improperly defined, and could not be used: "},
+      {"#buildcharitemlist(ads with cat is x)", {}, "", wrongForm},
       {"#buildcharitemlist(ads where page is 3, template(AD:%listitem%=1))", {}, "AD:Calm=1, AD:Long Arms=1"},
       {"#choice(#buildselectlist(ads where cat is None))", {}, "cancelled", "no choice out of 0"},
       {"#choice(list(#buildselectlist(ads where cat is None)), picksallowed(upto 2))%choicelist%", {}, ""},
@@ -230,6 +239,10 @@ TEST(Directives, MessagesAndWordsThatStay) {
        {"A"},
        "x(#message(You have %AddedItemsList%.))A",
        ": Protected Var: Don't process yet!"},
+      {"x(#message(#nope(1) %AddedItemsList%))",
+       {},
+       "x(#message(#nope(1) %AddedItemsList%))",
+       "Unknown directive: #nope("},
   });
 }
 
@@ -255,6 +268,14 @@ TEST(Directives, BadInputEnds) {
        {},
        "cancelled",
        "no choice out of 2 meets the limits"},
+      {"x(#choicelist(name(pet), list(A, B), picksallowed(3))),name(Ring)",
+       {},
+       "cancelled",
+       "'Ring' can't be added: no choice out of 2 meets the limits of #choicelist 'pet'."},
+      {"#choice(list(A, B), picksallowed(2), method(cost))%choicelist%",
+       {"A"},
+       "A",
+       "picksallowed was passed over"},
       {"#choice(list(A=1, B=2), totalcost(atleast 4))", {}, "cancelled", "meets the limits"},
       {"#choice(list(A, B), picksallowed(atleast 2, upto 1))", {}, "cancelled", "meets the limits"},
       {"#choice(list(A, B), picksallowed(about 2))%choice%",
@@ -270,7 +291,7 @@ TEST(Directives, RunWhereATraitIsAdded) {
   world.Load(
       "[ADS]\r\n"
       "Master, 5, nameext(%choice%), x(#choice(Oars, Nets)), motto(#inputtotag(motto, Words?))\r\n"
-      "Herald, 5, initmods({Talking, +10%, x(#message(Hark, Voice)), colour(#choice(Ochre, "
+      "Herald, 5, initmods({Talking, +10%, x(#message (Hark, Voice)), colour(#choice(Ochre, "
       "Umber)%choice%)}), "
       "notes(#message(Late))\r\n");
   const std::string before = world.Everything();
@@ -297,6 +318,25 @@ TEST(Directives, RunWhereATraitIsAdded) {
   EXPECT_EQ(world.notices, std::vector<std::string>{"prompt: BRASK Kivera: Late"});  // the first was answered
 }
 
+TEST(Directives, SelectListsOfATrait) {
+  CharacterWorld world(kRules);
+  const auto create = [&](std::string_view list) {
+    return world.character.CreateNewItem(kPackages, list, "", "", 0, 0, 0);
+  };
+  // Without select1 nothing is picked, and what waits in select2 stays.
+  const std::int32_t wide = create(
+      "name(Wide),known(#buildselectlist(ads where cat is Mind)),select2(#buildselectlist(ads where x is "
+      "y))");
+  EXPECT_EQ(world.Tag(wide, "known"), "Cool Head");
+  EXPECT_EQ(world.Tag(wide, "select2"), "#buildselectlist(ads where x is y)");
+
+  std::string nested = "name(Guild),select1(";
+  for (int i = 0; i < 60; ++i) nested += "#buildselectlist(";
+  EXPECT_EQ(create(nested + std::string(61, ')')), 0);
+  EXPECT_NE(world.Log().find("'Guild' (select1) can't be added: its directives stand too deep"),
+            std::string::npos);
+}
+
 TEST(Directives, AddedItemsAndCombinations) {
   CharacterWorld world(kRules);
   const std::int32_t net = world.Add("Net (Casting)", kSkills);
@@ -304,6 +344,12 @@ TEST(Directives, AddedItemsAndCombinations) {
   std::string text = "creates(%AddedItemsList%)";
   modDirectives::HandleAddedItemsList(text, {oar, 0, 99, net}, world.character);
   EXPECT_EQ(text, "creates(\"SK:Oar\", \"SK:Net (Casting)\")");
+
+  std::string left;
+  world.Answer("No #1");
+  text = "#inputreplace(@n, Which?)#inputreplace(@m, @n of %AddedItemsList%)";
+  modDirectives::HandleSpecialDirectives(text, world.character, {{"%AddedItemsList%", ""}}, &left);
+  EXPECT_EQ(left, "#inputreplace(@m, No #1 of %AddedItemsList%)");
 
   // What waits for the traits that a template has brought, questions included, runs when they are there.
   const std::string list =
