@@ -14,13 +14,13 @@ namespace kvr {
 namespace {
 
 struct LevelLimits {
-  std::int16_t upto = 0, downto = 0;  // 0 is no limit
+  std::int32_t upto = 0, downto = 0;  // 0 is no limit
   bool limiting = false;
 };
 
-std::int16_t SolvedTag(clsItem& item, std::string_view tag) {
+std::int32_t SolvedTag(clsItem& item, std::string_view tag) {
   const auto detail = tag.ends_with("upto") ? explain::Detail::Optional : explain::Detail::Needed;
-  return CInt(explain::SolvedStep(item, tag, item.FreeTag(tag), detail));
+  return CLngClamped(explain::SolvedStep(item, tag, item.FreeTag(tag), detail));
 }
 
 LevelLimits ReadLimits(clsItem& item) {
@@ -28,7 +28,7 @@ LevelLimits ReadLimits(clsItem& item) {
   LimitText upto = ReadLimit(item.FreeTag("upto"));
   limits.limiting = upto.limiting;
   limits.upto = CInt(explain::SolvedStep(item, "upto", upto.formula));
-  std::int16_t control = SolvedTag(item, "control_upto");
+  std::int32_t control = SolvedTag(item, "control_upto");
   if (control > 0 && (limits.upto <= 0 || control < limits.upto)) limits.upto = control;
   limits.downto = SolvedTag(item, "downto");
   control = SolvedTag(item, "control_downto");

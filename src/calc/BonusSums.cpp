@@ -23,7 +23,7 @@ std::string BonusListAsSpecialCaseSubs(const clsBonus& record) {
   std::string line = record.ListAs;
   modTools::ReplaceAll(line, "%value%", NumberText(record.Value));
   modTools::ReplaceAll(line, "%stringvalue%", record.StringValueText);
-  modTools::ReplaceAll(line, "%name%", record.Owner->NameForMessages());
+  modTools::ReplaceAll(line, "%name%", record.Owner->TagItem("name"));
   modTools::ReplaceAll(line, "%targetname%", record.TargetName);
   modTools::ReplaceAll(line, "%targettag%", record.TargetTag);
   return line;

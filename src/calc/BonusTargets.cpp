@@ -228,8 +228,8 @@ bool BonusTarget::Matches(const Entry& entry, clsItem& item) {
     case By::Category:
       return ofType && !entry.name.empty() && modTags::IsItemInList(entry.name, item.FreeTag("cat"));
     case By::Group:
-      return EqualNoCase(item.TagItem("group"), entry.name) ||
-             IsInGroup(item.Owner->Groups, entry.name, item);
+      return !entry.name.empty() && (EqualNoCase(item.TagItem("group"), entry.name) ||
+                                     IsInGroup(item.Owner->Groups, entry.name, item));
     case By::Tag:
       return ofType && TagPasses(entry, item);
     default:

@@ -87,7 +87,7 @@ void ReadReference(clsBonus& record, std::string_view text) {
   if (!IsListInMarks(text)) {
     const modPrefixes::Reference reference = modPrefixes::ExtractPrefix(text);
     record.TargetPrefix = UCase(reference.prefix);
-    text = reference.rest;
+    text = WithoutMarks(reference.rest);
   }
   // A list and a question about a tag are taken apart when traits are compared with them.
   if (IsListInMarks(text) || IsTagQuestion(text)) {

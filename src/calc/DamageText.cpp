@@ -249,7 +249,11 @@ std::string CalcDamage(clsItem& trait, std::string_view text, const DamageRules&
 }
 
 std::string CalcDamage(clsItem& trait, std::string_view text) {
-  return CalcDamage(trait, text, WeaponTags(trait).RulesOfDamage(1));
+  // The lines of the bonuses stand there already.
+  const std::size_t lines = trait.BonusList.size();
+  const DamageRules rules = WeaponTags(trait).RulesOfDamage(1);
+  trait.BonusList.resize(lines);
+  return CalcDamage(trait, text, rules);
 }
 
 }  // namespace kvr::modMain

@@ -109,44 +109,52 @@ bool IsLocked(const clsItem& item) {
   return IsSet(item.FreeTag("locked"));
 }
 
-}  // namespace
-
-void clsItem::Increment() {
-  if (IsLocked(*this)) return;
-  switch (ItemType) {
+void StepUp(clsItem& item) {
+  switch (item.ItemType) {
     case kStats:
-      ChangeStatLevel(*this, StepFrom(Level(), 1));
+      ChangeStatLevel(item, StepFrom(item.Level(), 1));
       break;
     case kSkills:
     case kSpells:
-      IncrementSkill(*this);
+      IncrementSkill(item);
       break;
     case kEquipment:
-      ChangeCount(*this, CountOf(*this) + 1);
+      ChangeCount(item, CountOf(item) + 1);
       break;
     default:
-      ChangeBaseLevel(*this, StepFrom(BaseLevel(), 1));
+      ChangeBaseLevel(item, StepFrom(item.BaseLevel(), 1));
   }
 }
 
-void clsItem::Decrement() {
-  if (IsLocked(*this)) return;
-  switch (ItemType) {
+void StepDown(clsItem& item) {
+  switch (item.ItemType) {
     case kStats:
-      ChangeStatLevel(*this, StepFrom(Level(), -1));
+      ChangeStatLevel(item, StepFrom(item.Level(), -1));
       break;
     case kSkills:
     case kSpells:
-      DecrementSkill(*this);
+      DecrementSkill(item);
       break;
     case kEquipment:
-      ChangeCount(*this, std::max(CountOf(*this) - 1, 0.0));
+      ChangeCount(item, std::max(CountOf(item) - 1, 0.0));
       break;
     default:
-      if (Owner->Env().Config.DecrementToZero != 0 || Level() > 1) {
-        ChangeBaseLevel(*this, StepFrom(BaseLevel(), -1));
+      if (item.Owner->Env().Config.DecrementToZero != 0 || item.Level() > 1) {
+        ChangeBaseLevel(item, StepFrom(item.BaseLevel(), -1));
       }
   }
+}
+
+}  // namespace
+
+void clsItem::Increment() {
+  TraceScope trace("clsItem:Increment");
+  if (!IsLocked(*this)) LogFailure(Owner->Env().log, [this] { StepUp(*this); });
+}
+
+void clsItem::Decrement() {
+  TraceScope trace("clsItem:Decrement");
+  if (!IsLocked(*this)) LogFailure(Owner->Env().log, [this] { StepDown(*this); });
 }
 
 bool clsItem::SetScoreTo(double value) {

@@ -94,6 +94,7 @@ Value ReadMultiplying(std::string_view text, CalcItem& mod) {
 
 double CostList::Number(std::size_t entry) const {
   const std::string_view text = entries[entry - 1];
+  if (text.empty()) return 0;
   return Val(multiplies ? text.substr(1) : WithoutSuffix(text));
 }
 
@@ -183,6 +184,7 @@ Worth WorthOfEntry(const CostList& costs, std::int32_t level, clsMod& mod) {
   const auto entry = static_cast<std::size_t>(level);
   const std::string_view text = costs.entries[entry - 1];
   const double number = costs.Number(entry);
+  if (costs.multiplies && text.empty()) return Computed(costs, 1, true);
   if (costs.multiplies) return {std::string(text), number, modValue::ReadValue(text, mod).fault};
   return Computed(costs, number, IsNumberless(text, number));
 }

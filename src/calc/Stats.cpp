@@ -98,10 +98,11 @@ void clsItem::privCalcStatItem() {
     base = level * step + baseValue;
     explain::Note(*this, level, " levels of ", step, ": ", explain::Signed{base - baseValue});
   }
+  // What `round` says may read it.
+  WriteTag(*this, "basescore", NumberText(base));
   section.Now("score");
   double score = RoundScore(Finite(base + bonuses), RoundMode(*this));
   explain::NoteRounded(*this, base + bonuses, score);
-  WriteTag(*this, "basescore", NumberText(base));
   section.Now("points,premodspoints");
   Currency points = step == 0 ? Currency() : CalcStatPoints(level, true);
   SetLevel(level);

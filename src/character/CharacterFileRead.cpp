@@ -6,6 +6,7 @@
 #include "character/CharacterFileFields.h"
 
 #include "character/KVRCharacter.h"
+#include "character/Parents.h"
 #include "core/Numbers.h"
 #include "core/clsFileReader.h"
 
@@ -425,9 +426,8 @@ void KVRCharacter::RepairFamilies() {
 
 // True if the chain of parents leads to a trait without one.
 bool KVRCharacter::HasSoundParents(const clsItem& item) const {
-  constexpr int kDeepestFamily = 100;
   const clsItem* at = &item;
-  for (int depth = 0; depth < kDeepestFamily; ++depth) {
+  for (std::size_t depth = 0; depth < kDeepestFamily; ++depth) {
     if (at->ParentKey().empty()) return true;
     at = Items.Item(std::string_view(at->ParentKey()));
     if (!at) return false;

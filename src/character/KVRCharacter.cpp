@@ -141,9 +141,17 @@ void KVRCharacter::SetRefreshList(ItemType type) {
 }
 
 void KVRCharacter::SetInPlay(bool inPlay) {
-  if (inPlay_ != inPlay) Dirty = true;
+  const bool changed = inPlay_ != inPlay;
+  if (changed) Dirty = true;
   inPlay_ = inPlay;
   if (inPlay) FreezeStats();  // also those that came after play began
+  if (!changed) return;
+  // These cost something else in play.
+  for (clsItem& stat : ItemsByType[kStats]) {
+    if (stat.FreeTagIsEmpty("inplaymult")) continue;
+    ClearTokensForItem(stat);
+    QueueItem(stat);
+  }
 }
 
 }  // namespace kvr

@@ -1,9 +1,26 @@
 // Parents and children: a trait that is marked `isparent` can hold others, by the user's choice.
+#include "character/Parents.h"
+
 #include <algorithm>
 
 #include "character/KVRCharacter.h"
 
 namespace kvr {
+
+namespace {
+
+// Levels from the trait down, itself counted, as far as `most`.
+std::size_t LevelsBelow(const KVRCharacter& character, const clsItem& item, std::size_t most) {
+  if (item.ChildKeyList().empty() || most <= 1) return 1;
+  std::size_t deepest = 0;
+  modNewParser::ForEachToken(item.ChildKeyList(), ',', modNewParser::kPlain, [&](std::string_view key) {
+    const clsItem* child = character.ItemByKey(NumberOfKeyText(Trim(key)));
+    if (child) deepest = std::max(deepest, LevelsBelow(character, *child, most - 1));
+  });
+  return deepest + 1;
+}
+
+}  // namespace
 
 void KVRCharacter::AttachChild(clsItem& child, clsItem& parent) {
   NoteFormerState(child);
@@ -29,13 +46,15 @@ clsItem* KVRCharacter::DetachFromParent(clsItem& child) {
 
 bool KVRCharacter::DisallowParent(std::string_view candidateKey, std::string_view childKey) {
   std::string candidate(candidateKey);
-  for (std::size_t steps = 0; !candidate.empty(); ++steps) {
+  std::size_t levels = 0;
+  for (; !candidate.empty(); ++levels) {
     // A circle, which only a damaged file can bring, takes no further child.
-    if (candidate == childKey || steps > Items.Count()) return true;
+    if (candidate == childKey || levels >= kDeepestFamily) return true;
     const clsItem* item = ItemByKey(NumberOfKeyText(candidate));
     candidate = item ? item->ParentKey() : std::string();
   }
-  return false;
+  const clsItem* child = ItemByKey(NumberOfKeyText(childKey));
+  return child && levels + LevelsBelow(*this, *child, kDeepestFamily) > kDeepestFamily;
 }
 
 namespace {

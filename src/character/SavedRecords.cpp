@@ -40,6 +40,7 @@ SavedFrame FrameOf(std::string_view record) {
 // A list with a parenthesis too many or too few, such as one that was cut in the middle of a value, is
 // repaired value by value: else the tags behind it would be read as part of the value, the name among them.
 std::string_view ClosedTags(std::string_view tags, std::string& closed) {
+  tags = tags.substr(0, tags.find_last_not_of(" \r\n") + 1);
   if (tags.empty() || (tags.ends_with(')') && modTags::ParensBalance(tags))) return tags;
   closed = savedText::RepairTagText(tags);
   return closed;

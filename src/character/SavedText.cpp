@@ -144,12 +144,15 @@ std::string RichTextOnOneLine(std::string_view text) {
 
 namespace {
 
-// True if the ")" at `close` can be the end of a tag: the text ends there, or ",name(" follows.
+// True if the ")" at `close` can be the end of a tag: the text ends there, or ",name(" follows,
+// perhaps with blanks behind the comma.
 bool CanEndTag(std::string_view text, std::size_t close) {
   if (close + 1 == text.size()) return true;
   if (text[close + 1] != ',') return false;
-  const std::size_t end = text.substr(0, close + 66).find_first_of("(), |\r\n", close + 2);
-  return end != npos && end > close + 2 && text[end] == '(';
+  const std::size_t name = text.find_first_not_of(' ', close + 2);
+  if (name == npos) return false;
+  const std::size_t end = text.substr(0, name + 64).find_first_of("(), |\r\n", name);
+  return end != npos && end > name && text[end] == '(';
 }
 
 // Position of the ")" that ends the value beginning at `begin`: the matching one where a tag can end there,

@@ -25,6 +25,7 @@ TEST(Advantages, LevelAndPoints) {
       {"cost(5/10),upto(4),control_upto(2)", 5, 2, 2, "10"},
       {"cost(5/10),upto(2),control_upto(4)", 5, 2, 2, "10"},
       {"cost(5/10),upto(2),control_upto(-1)", 5, 2, 2, "10"},
+      {"cost(5/10),upto(2),control_upto(100000)", 5, 2, 2, "10"},
       {"cost(5/10),downto(2)", 1, 2, 2, "10"},
       {"cost(5/10),downto(2),control_downto(3)", 1, 3, 3, "15"},
       {"cost(5/10),downto(3),control_downto(2)", 1, 3, 3, "15"},

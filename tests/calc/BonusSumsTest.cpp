@@ -69,7 +69,7 @@ TEST(BonusSums, LinesOfConditionalsAndOfAuthors) {
              "+2 to SK:Climbing when roped, x2pts to SK:Climbing, +1pts to SK:Climbing, x3 to SK:Climbing, "
              "-1 to SK:Climbing::parry when wet, +\"loud\" to SK:Climbing::notes$");
   world.skill.CalcApplicableTargetTagBonus("parry");
-  EXPECT_EQ(world.skill.TagItem("bonuslist"), "1 of Giver (Old) on climbing::parry when roped");
+  EXPECT_EQ(world.skill.TagItem("bonuslist"), "1 of Giver on climbing::parry when roped");
   EXPECT_EQ(world.skill.ConditionalApplicableSysBonus(), 2);
   EXPECT_EQ(world.skill.ConditionalApplicableSysPoints(), Currency(1));
   EXPECT_EQ(world.skill.ConditionalApplicablePointMult(), 2);

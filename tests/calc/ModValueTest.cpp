@@ -32,6 +32,8 @@ TEST(ModValue, OfACostAtALevel) {
       {"cost(5/20/30%),level(3)", "+30 30 3"},
       {"cost(+.5cf/+2 CF),level(2)", "+2 CF 2 2"},
       {"cost(1 CF),level(3)", "+3 CF 3 3"},
+      {"cost(/x3),level(1)", "*1 1 1"},
+      {"cost(/x3),level(3)", "*6 6 3"},
       {"cost(),level(5)", "+0 0 5"},
       {"level(5)", "+0 0 5"},
       {"cost(7)", "+0 0 "},

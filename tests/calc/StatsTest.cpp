@@ -37,6 +37,7 @@ TEST(Stats, ScoreAndPointsFromLevel) {
       {"step(0.25),basevalue(5),round(-1)", 3, 5, "0", 3},
       {"step(0.25),basevalue(5),round(1)", 3, 6, "0", 3},
       {"step(0.5),basevalue(5),round(1)", 1, 6, "0", 1},
+      {"step(0.5),basevalue(5),round(@if(me::basescore > 5 then 1 else -1))", 1, 6, "0", 1},
       {"step(0.1),basevalue(0.7),round(-1)", 3, 1, "0", 3},
   };
   for (const Case& c : cases) {
@@ -81,6 +82,18 @@ TEST(Stats, InPlayCostsMoreAndRemembersWhatWasPaid) {
   stat.SetLevel(9);
   world.character.FreezeStats();
   EXPECT_EQ(stat.TagItem("frozenlevel"), "3") << "a frozen stat is not frozen anew";
+}
+
+TEST(Stats, GoingIntoPlayReachesTheStatsThatCostMoreThere) {
+  RecordWorld world;
+  clsItem& stat = world.Put(kStats, "name(Vigour),up(10),step(1),basevalue(10),inplaymult(2)");
+  stat.SetLevel(3);
+  stat.Calculate();
+  for (const auto& [inPlay, points] : {std::pair("-1", 0), std::pair("0", 30)}) {
+    world.character.SetTagItem("inplay", inPlay);
+    EXPECT_EQ(world.character.TagItem("statcost"), std::to_string(points));
+    EXPECT_EQ(stat.Points(), Currency(points));
+  }
 }
 
 TEST(Stats, CalcAStatFallsBackToWrittenBonuses) {

@@ -200,6 +200,15 @@ TEST(CharacterFile, ABrokenValueInTheFileSwallowsNothing) {
 }
 
 // What stood inside a broken value in memory, and is a tag of its own once the value is repaired.
+TEST(CharacterFile, BlanksBetweenAndBehindTagsAreNoDamage) {
+  RecordWorld world;
+  auto read = ReadText(world, FileOf("[Perks]\r\nidkey(4)|,usernotes(a), page(B7),name(A) \r\n"
+                                     "idkey(5)|,usernotes(b :(), page(B8), name(B)\r\n    \r\n"));
+  ASSERT_EQ(read->Items.Count(), 2U);
+  EXPECT_EQ(read->Items.Item(1).TagItem("page") + read->Items.Item(2).TagItem("page"), "B7B8");
+  EXPECT_EQ(read->Items.Item(1).FullName() + read->Items.Item(2).FullName(), "AB");
+}
+
 TEST(CharacterFile, ARepairedListIsWrittenAsItIsRead) {
   RecordWorld world;
   world.Put(kPerks, ",name(A),page(x(type(DX/E),points(4),display(yes)");

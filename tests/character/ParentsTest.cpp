@@ -50,6 +50,24 @@ TEST_F(Parents, NoTraitBecomesItsOwnAncestor) {
   EXPECT_TRUE(character.DisallowParent(chest.KeyText(), lamp.KeyText()));
 }
 
+TEST_F(Parents, AFamilyIsAsDeepAsAFileCanBringBack) {
+  std::vector<clsItem*> upper, lower;
+  for (int i = 0; i < 60; ++i) {
+    for (std::vector<clsItem*>* chain : {&upper, &lower}) {
+      chain->push_back(&Add("Sack"));
+      if (i > 0) {
+        ASSERT_TRUE(character.MakeChildOf(chain->back()->KeyText(), (*chain)[chain->size() - 2]->KeyText()));
+      }
+    }
+  }
+  EXPECT_FALSE(character.MakeChildOf(lower[0]->KeyText(), upper[40]->KeyText()));
+  EXPECT_TRUE(character.MakeChildOf(lower[0]->KeyText(), upper[39]->KeyText()));
+  KVRCharacter again(world.env, world.system);
+  EXPECT_TRUE(again.FileRead(world.Write("deep.kvr4", character.FileText())));
+  EXPECT_EQ(world.RedLog(), "");
+  EXPECT_EQ(again.ItemByKey(lower.back()->IDKey)->ParentKey(), lower.back()->ParentKey());
+}
+
 TEST_F(Parents, TheUserPicksAParentForTheSelection) {
   clsItem &chest = Add("Chest"), &sack = Add("Sack"), &lamp = Add("Lamp"), &owned = Add("Lamp");
   owned.SetTagItem("owned", "yes");

@@ -5,7 +5,9 @@
 #include "core/Files.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
+#include "core/modTags.h"
 #include "frontend/CharacterSummary.h"
+#include "frontend/TraitEditing.h"
 
 namespace kvr::batch {
 
@@ -24,7 +26,15 @@ std::string CharacterPath(BatchRunner& runner, std::string_view argument, std::s
   return runner.App().Env().Folders.ExpandPath(kCharacters, kUserFolder, path);
 }
 
+// A value that would not leave the saved text whole is refused. What is written as text of its own may hold
+// anything.
+void RefuseMismatchedParens(std::string_view tag, std::string_view value) {
+  if (EqualNoCase(tag, "description") || EqualNoCase(tag, "notes")) return;
+  if (!modTags::ParensBalance(value)) throw CommandFailure(std::string(TraitEditing::kMismatchedParens));
+}
+
 void New(BatchRunner& runner, Arguments& arguments) {
+  RefuseMismatchedParens("name", arguments.Rest());
   KVRCharacter& character = runner.App().CreateNewCharacter();
   if (!arguments.Empty()) character.Name = arguments.Rest();
   PrintCurrent(runner);
@@ -81,6 +91,7 @@ void Points(BatchRunner& runner, Arguments&) {
 
 void Char(BatchRunner& runner, Arguments& arguments) {
   const std::string_view tag = arguments.Word("the name of a property");
+  RefuseMismatchedParens(tag, arguments.Rest());
   if (!arguments.Empty()) runner.Character().SetTagItem(tag, arguments.Rest());
   runner.Print(runner.Character().TagItem(tag));
 }
