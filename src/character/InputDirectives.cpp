@@ -62,7 +62,9 @@ void ReplaceAround(Directive& directive, std::string_view target, std::string_vi
   modTools::ReplaceAll(directive.after, target, replacement);
 }
 
+// A "#" at its end marks a formula.
 bool IsTagName(std::string_view name) {
+  if (name.size() > 1 && name.ends_with('#')) name.remove_suffix(1);
   return !name.empty() && name.find_first_of(" (),#") == npos;
 }
 

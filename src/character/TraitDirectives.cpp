@@ -43,12 +43,14 @@ std::string ReferenceTo(const clsItem& item) {
   return std::string(modPrefixes::ItemTypeName(item.ItemType)) + ":" + item.FullName();
 }
 
+constexpr long kLeastSkills = 2;
+
 SelectionRequest CombinationRequest(const clsItem& combination) {
   SelectionRequest request;
   request.Title = combination.FullName();
   request.Text = "Please choose the skills that " + combination.FullName() + " joins:";
   request.LimitNumber = true;
-  request.MinNumber = 2;
+  request.MinNumber = kLeastSkills;
   for (const clsItem& skill : combination.Owner->ItemsByType[kSkills]) {
     if (&skill != &combination) request.Choices.push_back({skill.FullName(), skill.KeyText(), {}, {}, false});
   }
@@ -89,8 +91,13 @@ bool HandleBuildCombo(clsItem& item, bool quiet) {
   TraceScope trace("modDirectives:HandleBuildCombo");
   const std::string flags = TakeWord(item, "buildcombo");
   if (quiet) return false;
-  EnginePrompts& prompts = item.Owner->Env().prompts;
-  const SelectionAnswer answer = prompts.ChooseMany(CombinationRequest(item));
+  const SelectionRequest request = CombinationRequest(item);
+  Environment& env = item.Owner->Env();
+  if (std::ssize(request.Choices) < kLeastSkills) {
+    env.log.LogRed("'" + item.FullName() + "' can't be added: #buildcombo needs two skills to join.");
+    return true;
+  }
+  const SelectionAnswer answer = env.prompts.ChooseMany(request);
   if (answer.Canceled) return true;
   std::vector<clsItem*> skills;
   for (const Choice& choice : answer.Chosen) {

@@ -71,41 +71,66 @@ Currency SolvedValue(std::string_view text, clsItem& needer) {
   return std::isnan(value) ? Currency() : Currency::FromDouble(std::clamp(value, -kEnd, kEnd));
 }
 
-void CheckSpecificItem(const Check& check, Finding& finding) {
+// What a test states itself, before defaults fill it up.
+struct Stated {
+  Currency value;
+  std::string_view tag;
+};
+
+void CheckSpecificItem(const Check& check, Finding& finding, const Stated& stated) {
   KVRCharacter& character = check.Character();
   const std::string_view name = finding.parts.name;
+  const ItemType type = finding.anyType ? kNoType : finding.type;
   const auto test = [&](clsItem& item) {
     if (!MayCount(check, item)) return false;
     finding.present = true;
     if (!ValidNeedsCheck(item, check.needer)) return false;
-    const Currency have = NumberInTag(item, finding.tag);
+    auto [value, tag] = finding.anyType ? stated : Stated{finding.value, finding.tag};
+    if (finding.anyType) GetNeededDefaults(character.Env().Config, item.ItemType, value, tag);
+    const Currency have = NumberInTag(item, tag);
     finding.have = finding.ready ? std::max(finding.have, have) : have;
     finding.ready = true;
-    return Holds(finding.comparison, have, finding.value);
+    return Holds(finding.comparison, have, value);
   };
-  finding.met =
-      AnyFrom(character, character.ItemPositionByNameAndExt(name, finding.type), finding.type, true, test);
+  finding.met = AnyFrom(character, character.ItemPositionByNameAndExt(name, type), type, true, test);
   if (finding.present) return;
   // Without a specialization any of them will do.
   if (!HasExtension(name)) {
-    finding.met =
-        AnyFrom(character, character.ItemPositionByNameOnly(name, finding.type), finding.type, false, test);
+    finding.met = AnyFrom(character, character.ItemPositionByNameOnly(name, type), type, false, test);
   }
   if (finding.present || finding.type != kStats) return;
   if (clsItem* stat = character.FindItemBySymbol(name, kStats)) finding.met = test(*stat);
 }
 
-// What a name without a prefix is: an attribute, a spell, any other trait of the character, one of the
-// library; kNoType when it must be a formula.
-ItemType TypeOfBareName(const KVRCharacter& character, std::string_view name) {
+// The type of the character's first trait of that name beside the needer; kNoType for none.
+ItemType TypeOnCharacter(const Check& check, std::string_view name, ItemType type) {
+  KVRCharacter& character = check.Character();
+  ItemType found = kNoType;
+  const auto take = [&](const clsItem& item) {
+    if (&item == &check.needer) return false;
+    found = item.ItemType;
+    return true;
+  };
+  if (!AnyFrom(character, character.ItemPositionByNameAndExt(name, type), type, true, take) &&
+      type == kNoType && !HasExtension(name)) {
+    AnyFrom(character, character.ItemPositionByNameOnly(name, type), type, false, take);
+  }
+  return found;
+}
+
+// What a name without a prefix is: an attribute, a spell, any other trait of the character (then any of that
+// name will do, whatever its type), one of the library; kNoType when it must be a formula.
+ItemType TypeOfBareName(const Check& check, std::string_view name, bool& anyType) {
+  const KVRCharacter& character = check.Character();
   if (name.empty() || name.starts_with('@') || IsNumeric(name)) return kNoType;
   if (character.FindItem(name, kStats) || character.FindItemBySymbol(name, kStats)) return kStats;
-  if (character.FindItem(name, kSpells)) return kSpells;
-  std::size_t position = character.ItemPositionByNameAndExt(name, kNoType);
-  if (!position && !HasExtension(name)) position = character.ItemPositionByNameOnly(name, kNoType);
-  if (position) return character.Items.Item(position).ItemType;
+  if (TypeOnCharacter(check, name, kSpells)) return kSpells;
+  if (const ItemType type = TypeOnCharacter(check, name, kNoType)) {
+    anyType = true;
+    return type;
+  }
   const KVRSystem& library = character.System();
-  position = library.ItemPositionByNameAndExt(name, kNoType);
+  std::size_t position = library.ItemPositionByNameAndExt(name, kNoType);
   if (!position && !HasExtension(name)) position = library.ItemPositionByNameOnly(name, kNoType);
   return position ? library.Items.Item(position).ItemType : kNoType;
 }
@@ -327,15 +352,16 @@ Finding Examine(const Check& check, std::string_view text) {
   const bool compares = !parts.value.empty();
   if (compares) finding.value = SolvedValue(parts.value, check.needer);
   if (CheckSpecialCases(check, finding)) return finding;
-  finding.type = parts.prefix.empty() ? TypeOfBareName(check.Character(), parts.name)
+  finding.type = parts.prefix.empty() ? TypeOfBareName(check, parts.name, finding.anyType)
                                       : modPrefixes::TypeFromPrefix(parts.prefix);
   const bool isFormula = parts.prefix.empty() && finding.type == kNoType;
   if (isFormula && !parts.tagOnRight) finding.tag = "";
+  const Stated stated{finding.value, finding.tag};
   GetNeededDefaults(check.Character().Env().Config, finding.type, finding.value, finding.tag);
   if (isFormula) {
     CheckFormula(check, finding, compares);
   } else {
-    CheckSpecificItem(check, finding);
+    CheckSpecificItem(check, finding, stated);
   }
   return finding;
 }

@@ -83,6 +83,8 @@ struct Finding {
   Currency value = kNoValue;  // kNoValue in a counting test: the default of each trait's type
   std::string_view tag;
   ItemType type = kNoType;
+  bool anyType =
+      false;  // of a bare name: each trait of that name is tested with the defaults of its own type
   bool met = false;
 
   // Of a trait: it is there; its own needs are met; its value (the highest, where there are several). Of a

@@ -151,6 +151,7 @@ TEST(Directives, Inputs) {
       {"n(%input%)#input(Who?)", {"fine"}, "n(fine)", "unbalanced parentheses", {":("}},
       {"n(@here)#inputreplace(@here, Where?, , Place)", {"Quay"}, "n(Quay)"},
       {"#inputreplace(@here)", {}, "", "Improper #InputReplace directive: #inputreplace(@here)"},
+      {"x(#inputtotag(speed#, Formula?))", {"2*3"}, "x(),speed#(2*3)", "Now NewText$ = x(),speed#(2*3)"},
       {"name(X),x(#inputtotag(Colour, Which?))", {"red"}, "name(X),x(),colour(red)", "Now NewText$ = "},
       {"colour(blue),x(#inputtotag(colour, Which?))",
        {},

@@ -30,6 +30,9 @@ struct NeedsWorld : RecordWorld {
     Put(kSpells, "name(Glow),level(14),points(1),cat(Light)");
     Put(kSpells, "name(Mist),level(10),points(1),cat(Water)");
     Put(kEquipment, "name(Rope),count(3),level(0)");
+    Put(kAds, "name(Sling),level(1)");
+    Put(kEquipment, "name(Sling),count(3)");
+    Put(kEquipment, "name(Beacon),count(1)");
     for (const char* name : {"Sword|Broad", "Axe|", "Bow|"}) {
       auto member = std::make_unique<clsRefItem>();
       const std::string_view text = name;
@@ -102,6 +105,9 @@ TEST(Needs, EachFormOfTestFindsWhatIsThere) {
       {"Kindle", ""},
       {"Bad Name", ""},
       {"9mm Pistol", ""},
+      {"Sling >= 3", ""},  // of two types, each read in its own way
+      {"Sling >= 4", "Sling >= 4"},
+      {"Beacon", ""},          // the other one
       {"Luck (Odd) = 0", ""},  // no such trait, so a formula
       {"Nobody Knows", "Nobody Knows >= 1::points"},
       // Formulas.
