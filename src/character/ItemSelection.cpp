@@ -2,6 +2,7 @@
 #include "character/ItemSelection.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "calc/Progression.h"
 #include "character/FormerState.h"
@@ -48,6 +49,26 @@ double LevelOf(const clsItem& item) {
   return item.ItemType == kEquipment ? Val(item.FreeTag("count")) : item.Level();
 }
 
+bool IsBoughtInPoints(ItemType type) {
+  return type == kSkills || type == kSpells;
+}
+
+// To a value it had, and for that of several costs to the one it had.
+void SetBack(clsItem& item, double level, Currency points) {
+  item.SetScoreTo(level);
+  if (!IsBoughtInPoints(item.ItemType) || item.BasePoints() == points) return;
+  item.SetBasePoints(points);
+  item.Calculate();
+  item.Owner->ClearTokensForItem(item);
+  item.Owner->PushTrickle(item);
+}
+
+std::string FullNameIn(std::string_view tagList) {
+  clsItem trait;
+  trait.NewTagList(tagList);
+  return trait.FullName();
+}
+
 }  // namespace
 
 SelectLimits SelectLimits::Read(std::string_view text) {
@@ -73,6 +94,9 @@ SelectLimits SelectLimits::Read(std::string_view text) {
   limits.negative = first < 0 || last < 0;
   if (hasFirst) limits.least = limits.negative ? -first : first;
   if (hasLast) limits.most = limits.negative ? -last : last;
+  if (!limits.most.IsZero() && limits.least > limits.most && hasFirst && hasLast) {
+    std::swap(limits.least, limits.most);
+  }
   return limits;
 }
 
@@ -110,7 +134,7 @@ void ItemSelection::Offer(std::string_view text) {
   OfferEntry(behind.substr(0, modTags::FindCloseParen(behind)), codes);
 }
 
-// "SK:Sword, tags": the first piece names the trait.
+// "SK:Sword, tags": the first piece names the trait, or else its tags do.
 void ItemSelection::OfferEntry(std::string_view entry, std::string_view codes) {
   ActivityLog& log = character_.Env().log;
   const modNewParser::Tokens pieces = modNewParser::ParseChars(entry, ",", modNewParser::kNames);
@@ -120,9 +144,6 @@ void ItemSelection::OfferEntry(std::string_view entry, std::string_view codes) {
   log.LogLine("Rest = " + wanted.name);
   log.LogLine("ListNum = " + std::to_string(wanted.type));
   log.LogLine("curItem = " + std::string(entry));
-  if (wanted.type == kNoType || wanted.name.empty()) {
-    return log.LogRed(wanted.prefix + ":" + wanted.name + ": Didn't find item: " + std::string(entry));
-  }
   Offered offered = BaseOf(wanted, entry);
   for (const modTags::TagItem& tag : modTags::ReturnTagItemsNoTrim(entry.substr(head.size()))) {
     if (tag.name == "existing") {
@@ -130,6 +151,10 @@ void ItemSelection::OfferEntry(std::string_view entry, std::string_view codes) {
     } else if (!tag.name.empty()) {
       AppendTag(offered.tagList, tag.name, tag.value);
     }
+  }
+  offered.fullName = FullNameIn(offered.tagList);
+  if (wanted.type == kNoType || offered.fullName.empty()) {
+    return log.LogRed(wanted.prefix + ":" + wanted.name + ": Didn't find item: " + std::string(entry));
   }
   log.LogLine("newItem = " + offered.tagList);
   AddOffered(std::move(offered), codes);
@@ -141,14 +166,13 @@ ItemSelection::Offered ItemSelection::BaseOf(const templateEntries::TraitReferen
   ActivityLog& log = character_.Env().log;
   Offered offered;
   offered.type = wanted.type;
+  if (wanted.type == kNoType || wanted.name.empty()) return offered;
   if (const clsSystemItem* record = character_.System().FindItem(wanted.name, wanted.type)) {
     log.LogLine("Found at " + std::to_string(record->IDKey));
-    offered.fullName = record->FullName();
     offered.sysKey = record->CollectionKey();
     offered.tagList = record->TagList();
   } else {
     log.LogLine(wanted.prefix + ":" + wanted.name + ": Didn't find item: " + std::string(entry));
-    offered.fullName = wanted.name;
     const auto [name, ext] = modPrefixes::SplitNameAndExt(wanted.name);
     AppendTag(offered.tagList, "name", name);
     AppendTag(offered.tagList, "nameext", ext);
@@ -184,7 +208,7 @@ bool ItemSelection::CanBeMet() const {
 Currency ItemSelection::EstimatedCost(const Offered& offered) const {
   clsItem trait;
   trait.NewTagList(offered.tagList);
-  if (offered.type == kSkills || offered.type == kSpells) {
+  if (IsBoughtInPoints(offered.type)) {
     const clsSkillCosts* costs = character_.SkillType(trait.SkillType());
     return costs ? costs->MinCost() : Currency();
   }
@@ -243,7 +267,7 @@ bool ItemSelection::TakeExisting(Offered& offered) {
   character_.NoteFormerState(*item);
   offered.id = item->IDKey;
   offered.existed = true;
-  offered.floor = LevelOf(*item);
+  NoteStart(offered, *item);
   item->SetTagItem("waslevel", NumberText(offered.floor));
   item->SetTagItem("waspoints", NumberText(item->Points()));
   for (std::string_view tag : {"control_upto", "control_downto"}) {
@@ -251,6 +275,11 @@ bool ItemSelection::TakeExisting(Offered& offered) {
     if (!control.empty()) item->SetTagItem(tag, control);
   }
   return true;
+}
+
+void ItemSelection::NoteStart(Offered& offered, const clsItem& item) {
+  offered.floor = LevelOf(item);
+  offered.points = item.BasePoints();
 }
 
 bool ItemSelection::TakeNew(Offered& offered) {
@@ -269,7 +298,7 @@ bool ItemSelection::TakeNew(Offered& offered) {
   FormerState::MakeLinks(character_);
   character_.TrickleRecalcItems();
   offered.existed = false;
-  offered.floor = LevelOf(*item);
+  NoteStart(offered, *item);
   return true;
 }
 
@@ -287,11 +316,17 @@ bool ItemSelection::Step(Offered& offered, int direction) {
   clsItem& item = *ItemOf(offered);
   const Control control = ControlOf(item, direction > 0 ? "control_upto" : "control_downto");
   const double before = LevelOf(item);
+  const Currency points = item.BasePoints();
   if (!control.given && direction < 0 && before <= offered.floor) return false;
   direction > 0 ? item.Increment() : item.Decrement();
   const double value = control.byPoints ? item.Points().ToDouble() : LevelOf(item);
   const bool beyond = control.given && (direction > 0 ? value > control.value : value < control.value);
-  if (beyond) item.SetScoreTo(before);
+  // A limit of the trait itself may have held it and still have changed its points.
+  if (beyond || LevelOf(item) == before) {
+    SetBack(item, before, points);
+  } else if (LevelOf(item) == offered.floor) {
+    SetBack(item, offered.floor, offered.points);
+  }
   return LevelOf(item) != before;
 }
 
@@ -303,21 +338,21 @@ bool ItemSelection::Unpick(std::size_t position) {
 
 void ItemSelection::GiveBack(Offered& offered) {
   if (clsItem* item = ItemOf(offered)) {
-    offered.existed ? RestoreExisting(*item) : character_.RemoveItem(item->KeyText());
+    offered.existed ? RestoreExisting(offered, *item) : character_.RemoveItem(item->KeyText());
   }
   offered.id = 0;
 }
 
-void ItemSelection::RestoreExisting(clsItem& item) {
+void ItemSelection::RestoreExisting(const Offered& offered, clsItem& item) {
   ActivityLog& log = character_.Env().log;
   const std::string level = item.TagItem("waslevel");
   log.LogLine("found existing item: " + item.FullName());
   log.LogLine("preventing its deletion");
   log.LogLine("removing control limits");
-  log.LogLine("reseting its value to " + level);
-  item.SetScoreTo(Val(level));
-  log.LogLine("reseting result is " + NumberText(LevelOf(item)));
   DropMarks(item);
+  log.LogLine("reseting its value to " + level);
+  SetBack(item, Val(level), offered.points);
+  log.LogLine("reseting result is " + NumberText(LevelOf(item)));
 }
 
 long ItemSelection::CurCount() const {

@@ -12,8 +12,8 @@
 
 namespace kvr {
 
-// How many or how much is wanted: "exactly 2", "2", "atleast 1", "upto 4", "atleast 1, upto 4". A negative
-// amount counts what disadvantages give back.
+// How many or how much is wanted: "exactly 2", "2", "atleast 1", "upto 4", "atleast 1, upto 4". A range may
+// be written from either end. A negative amount counts what disadvantages give back.
 struct SelectLimits {
   bool given = false, negative = false;
   Currency least, most;  // without sign; no upper limit where most is 0
@@ -61,7 +61,9 @@ class ItemSelection : public ItemPicks {
     bool mayExist = false;
     std::int32_t id = 0;  // once taken
     bool existed = false;
-    double floor = 0;  // its value when it was taken
+    // When it was taken: its value, and its points where it is bought in points.
+    double floor = 0;
+    Currency points;
   };
   // "upto 4" or "downto 2%points": by level unless it says points.
   struct Control {
@@ -77,7 +79,8 @@ class ItemSelection : public ItemPicks {
   bool TakeExisting(Offered& offered);
   bool TakeNew(Offered& offered);
   void GiveBack(Offered& offered);
-  void RestoreExisting(clsItem& item);
+  static void NoteStart(Offered& offered, const clsItem& item);
+  void RestoreExisting(const Offered& offered, clsItem& item);
   bool Step(Offered& offered, int direction);
   static Control ControlOf(const clsItem& item, std::string_view tag);
   void AcceptNew(clsItem& item);

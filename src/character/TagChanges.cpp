@@ -4,18 +4,18 @@
 
 #include "character/ItemFields.h"
 #include "character/TemplateEntries.h"
-#include "core/modTags.h"
+#include "core/modNewParser.h"
 
 namespace kvr {
 
 namespace {
 
 struct TagEffect {
-  std::string_view tag, name, op;
+  std::string_view tag, op;
   clsItem::SegmentChange (clsItem::*change)(std::string_view);
 };
-constexpr TagEffect kMerge{"mergetags", "MergeTags", "insert", &clsItem::TagListSegmentInsert};
-constexpr TagEffect kReplace{"replacetags", "ReplaceTags", "replace", &clsItem::TagListSegmentReplace};
+constexpr TagEffect kMerge{"mergetags", "insert", &clsItem::TagListSegmentInsert};
+constexpr TagEffect kReplace{"replacetags", "replace", &clsItem::TagListSegmentReplace};
 
 // "in SK:Sword with a(1), b(2), in all SK:Axe with c(3)": the pieces behind each "in ", which counts at the
 // beginning of a list entry only.
@@ -67,11 +67,10 @@ void ChangeTags(KVRCharacter& character, const clsItem& source, const TagEffect&
     character.PushRecalcItems(*item);
     const clsItem::SegmentChange change = (item->*effect.change)(tags);
     bool records = false;
-    for (const modTags::TagItem& old : modTags::ReturnTagItems(change.oldValues)) {
-      if (old.name.empty()) continue;
-      character.ChangeLog.push_back({std::string(effect.op), item->IDKey, source.IDKey, old.name,
-                                     std::string(old.value), StoredTagText(*item, old.name)});
-      records = records || MakesRecords(old.name);
+    for (const auto& [tag, former] : change.oldValues) {
+      character.ChangeLog.push_back(
+          {std::string(effect.op), item->IDKey, source.IDKey, tag, former, StoredTagText(*item, tag)});
+      records = records || MakesRecords(tag);
     }
     if (!change.complete) log.LogRed("Possible error with line: " + std::string(tags));
     if (!change.oldValues.empty()) SpreadTagChange(*item, records);
@@ -82,7 +81,8 @@ void ChangeTagsOfOthers(KVRCharacter& character, clsItem& item, const TagEffect&
   const std::string text = item.TagItem(effect.tag);
   if (Trim(text).empty()) return;
   ActivityLog& log = character.Env().log;
-  const auto complain = [&] { log.LogRed("Bad " + std::string(effect.name) + ": " + text); };
+  // One message for both tags.
+  const auto complain = [&] { log.LogRed("Bad MergeTags: " + text); };
   const std::vector<std::string_view> pieces = PiecesOf(text);
   if (pieces.empty()) return complain();
   for (std::string_view piece : pieces) {

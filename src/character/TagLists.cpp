@@ -93,7 +93,7 @@ clsItem::SegmentChange clsItem::TagListSegmentReplace(std::string_view segment) 
       change.complete = false;
       continue;
     }
-    AppendTag(change.oldValues, tag.name, StoredTag(tag.name));
+    change.oldValues.emplace_back(tag.name, StoredTag(tag.name));
     SetTagItem(tag.name, tag.value);
   }
   return change;
@@ -111,7 +111,7 @@ clsItem::SegmentChange clsItem::TagListSegmentInsert(std::string_view segment) {
     std::string merged = MergedIntoList(tag.name, old, tag.value);
     // An entry that was there already is no change of this segment, and must not be undone with it.
     if (merged == old) continue;
-    AppendTag(change.oldValues, tag.name, old);
+    change.oldValues.emplace_back(tag.name, std::move(old));
     SetTagItem(tag.name, merged);
   }
   return change;

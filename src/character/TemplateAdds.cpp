@@ -163,8 +163,8 @@ std::optional<std::int32_t> TraitBringer::FromItself(const Entry& entry) {
                                 "': no known type stands in front of it.");
     return 0;
   }
-  const std::string list =
-      TagStringOf(templateEntries::StripWhole(line), type) + ",keep(" + std::to_string(id_) + ")";
+  std::string list = TagStringOf(templateEntries::StripWhole(line), type);
+  if (entry.ownIt) list += ",keep(" + std::to_string(id_) + ")";
   return AddOrDouble([&](int allowDuplicate) {
     return character_.CreateNewItem(type, list, "", "", entry.mods.empty() ? 0 : -1, -1, allowDuplicate);
   });
@@ -197,6 +197,11 @@ void TraitBringer::Tie(clsItem& item) {
   if (const std::string hides = bringer_.TagItem("hides"); IsSet(hides)) item.SetTagItem("hide", hides);
 }
 
+// A name as needs write it: in braces where they would take it apart.
+std::string NameInNeeds(const std::string& name) {
+  return name.find_first_of(",|<>=") == npos ? name : "{" + name + "}";
+}
+
 void TraitBringer::NeedIt(const Entry& entry, const clsItem* item) {
   const TraitReference wanted = templateEntries::ReadReference(entry.left);
   std::string need = wanted.prefix;
@@ -205,7 +210,7 @@ void TraitBringer::NeedIt(const Entry& entry, const clsItem* item) {
   if (item) {
     need.append("{").append(item->FullName()).append("}");
   } else {
-    need += wanted.name;
+    need += NameInNeeds(wanted.name);
   }
   if (!entry.value.empty()) need.append(modNeeds::OperatorText(entry.comparison)).append(entry.value);
   if (!needs_.empty()) needs_ += ", ";

@@ -161,7 +161,8 @@ void MoveMods(KVRCharacter& character, clsItem& item, const ModMove& move) {
   for (std::string_view part : templateEntries::Split(list)) {
     log.LogLine("Examing " + std::string(move.tag) + "() part " + std::to_string(++number) + ": " +
                 std::string(part));
-    const auto [mods, targets, found] = templateEntries::SplitAtWord(part, move.between);
+    const auto [mods, targets, found] =
+        templateEntries::SplitAtWord(templateEntries::StripWhole(part), move.between);
     if (!found) {
       return log.LogRed(std::string(move.caller) + " improperly specified in item: " + item.FullName() +
                         ". " + std::string(move.caller) + " did not finish processing as a result.");

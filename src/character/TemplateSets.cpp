@@ -1,4 +1,5 @@
-// Moves traits to values that data ask for: `sets`, the values in `adds` and `creates`, and those of needs.
+// Moves traits to values that data ask for: `sets`, the values in `adds` and `creates`, and those of needs. A
+// lock doesn't count here: it is for the user, and whoever follows needs looks at it before.
 #include "calc/CalcSteps.h"
 #include "calc/modSolver.h"
 #include "character/FormerState.h"
@@ -118,12 +119,9 @@ bool KVRCharacter::MoveToValue(clsItem& item, std::string_view wanted, std::stri
 
 bool KVRCharacter::SetExistingItemToValue(clsItem& item, std::string_view wanted, std::string_view tag) {
   TraceScope trace("KVRCharacter:SetExistingItemToValue");
-  if (!IsSet(item.FreeTag("locked"))) return MoveToValue(item, wanted, tag, false);
-  env_.log.LogLine("'" + item.FullName() + "' is locked and stays as it is.");
-  return false;
+  return MoveToValue(item, wanted, tag, false);
 }
 
-// By the word of a template; a lock is for the user and for needs.
 bool KVRCharacter::ForceExistingItemToValue(clsItem& item, std::string_view wanted, std::string_view tag) {
   TraceScope trace("KVRCharacter:ForceExistingItemToValue");
   env_.log.LogLine("****************************************");

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "calc/CalcItem.h"
@@ -131,8 +132,8 @@ class clsItem final : public CalcItem {
   std::string TagListForSaving() const;
   // Change several tags; name and nameext are refused with a log line. The result lists what was changed.
   struct SegmentChange {
-    bool complete = true;   // false if a name was refused
-    std::string oldValues;  // ",tag(old)" for each tag changed
+    bool complete = true;                                        // false if a name was refused
+    std::vector<std::pair<std::string, std::string>> oldValues;  // each tag changed, and what it was
   };
   SegmentChange TagListSegmentReplace(std::string_view segment);
   SegmentChange TagListSegmentInsert(std::string_view segment);

@@ -71,7 +71,8 @@ TEST(TagLists, SegmentsChangeTagsAndReportWhatStoodThere) {
   clsItem& item = world.Put(kAds, "name(Luck),cost(10),cat(Old),initmods(A),points(3),f#(1+1)");
   clsItem::SegmentChange replaced = item.TagListSegmentReplace("name(X),cost(5),points(4),new(1),f#(2)");
   EXPECT_FALSE(replaced.complete);
-  EXPECT_EQ(replaced.oldValues, ",cost(10),points(3),new(),f#(1+1)");
+  using Pairs = std::vector<std::pair<std::string, std::string>>;
+  EXPECT_EQ(replaced.oldValues, (Pairs{{"cost", "10"}, {"points", "3"}, {"new", ""}, {"f#", "1+1"}}));
   EXPECT_EQ(item.Name(), "Luck");
   EXPECT_EQ(item.TagItem("cost"), "5");
   EXPECT_EQ(world.Logged("Request to replace Name or NameExt of item 'Luck' refused."), 1);
@@ -79,7 +80,7 @@ TEST(TagLists, SegmentsChangeTagsAndReportWhatStoodThere) {
   clsItem::SegmentChange inserted =
       item.TagListSegmentInsert("NameExt(X), cat(New), initmods(B), fresh(one), cost(), cat(OLD)");
   EXPECT_FALSE(inserted.complete);
-  EXPECT_EQ(inserted.oldValues, ",cat(Old),initmods(A),fresh()");
+  EXPECT_EQ(inserted.oldValues, (Pairs{{"cat", "Old"}, {"initmods", "A"}, {"fresh", ""}}));
   EXPECT_EQ(item.TagItem("cat"), "New, Old");
   EXPECT_EQ(item.TagItem("initmods"), "B|A");
   EXPECT_EQ(item.TagItem("fresh"), "one");

@@ -1,5 +1,6 @@
 // What templates do: traits brought, values set, modifiers moved, tags changed, lists to pick from; and that
 // a cancel or a removal takes all of it back.
+#include "character/ItemSelection.h"
 #include "support/CharacterWorld.h"
 
 namespace kvr {
@@ -128,6 +129,9 @@ TEST(TemplateEffects, AddTraits) {
       {"adds(AD:Nowhere, AD:Fortune)",
        {{"AD:Fortune", "level", "1"}, {"TE:T", "needs", "AD:Nowhere, AD:{Fortune}"}},
        "found no trait to add for 'AD:Nowhere'"},
+      {"adds({AD:{Nets, Lines} = 2})",
+       {{"TE:T", "needs", "AD:{Nets, Lines}=2"}},
+       "found no trait to add for"},
       {"adds(Fortune)", {{"TE:T", "needs", "AD:{Fortune}"}}},
       {"adds(AD:Bearer)", {{"AD:Bearer", "level", "1"}}, "", {"yes"}},
       {"adds({AD:{Fortune}} )", {{"AD:Fortune", "level", "1"}}},
@@ -142,6 +146,8 @@ TEST(TemplateEffects, CreateSetAndModify) {
         {"AD:Foam Born", "cat", "Sea, Body"},
         {"AD:Foam Born", "owned", ""},
         {"TE:T", "needs", "AD:{Foam Born}=2"}}},
+      {"owns(yes),creates({AD:Mark, 5/10/15, locked(yes)} = 3 #donotown)",
+       {{"AD:Mark", "level", "3"}, {"AD:Mark", "keep", ""}, {"TE:T", "pkids", ""}}},
       {"creates({SK:Eeling (Deep), MG/E, needs(AD:X >= 2)} #noneeds)",
        {{"SK:Eeling (Deep)", "type", "MG/E"}, {"SK:Eeling (Deep)", "needs", "AD:X >= 2"}}},
       {"creates(Plainly)", {{"TE:T", "needs", ""}}, "can't create 'Plainly'"},
@@ -155,7 +161,8 @@ TEST(TemplateEffects, CreateSetAndModify) {
       {"addmods(Fine AD:Bearer, Fine to AD:Bearer)",
        {{"AD:Bearer", "mods", ""}},
        "AddMods() improperly specified in item: T. AddMods() did not finish processing as a result."},
-      {"adds({AD:Hardy}),removemods(Initial:Plain from AD:Hardy)", {{"AD:Hardy", "mods", ""}}},
+      {"addmods({Fine, Reach:Longer to AD:Bearer})", {{"AD:Bearer", "mods", "[Craft:Fine][Reach:Longer]"}}},
+      {"adds({AD:Hardy}),removemods({Initial:Plain from {AD:Hardy}})", {{"AD:Hardy", "mods", ""}}},
       {"removemods(Fine from AD:Bearer)",
        {},
        "RemoveMods() unable to find and remove specified mod 'Fine' from target 'AD:Bearer'"},
@@ -180,8 +187,7 @@ TEST(TemplateEffects, MovesAValueAsTheOperatorSays) {
     EXPECT_EQ(world.character.SetExistingItemToValue(item, each.wanted, ""), each.reached) << each.wanted;
     EXPECT_EQ(item.TagItem("level"), each.level) << each.wanted;
     item.SetTagItem("locked", "yes");
-    EXPECT_FALSE(world.character.SetExistingItemToValue(item, "7", ""));
-    EXPECT_EQ(item.TagItem("level"), each.level);
+    EXPECT_TRUE(world.character.SetExistingItemToValue(item, "6", ""));
     EXPECT_TRUE(world.character.ForceExistingItemToValue(item, "7", ""));
     EXPECT_EQ(item.TagItem("level"), "7");
   }
@@ -211,12 +217,17 @@ TEST(TemplateEffects, ChangeTagsAndTakeThemBackWithTheTrait) {
        1,
        "Possible error with line: "},
       {"mergetags(AD:Bearer with cat(A))", {{"AD:Bearer", "cat", "Craft"}}, 0, "Bad MergeTags: "},
-      {"replacetags(in AD:Bearer cat(A))", {{"AD:Bearer", "cat", "Craft"}}, 0, "Bad ReplaceTags: "},
+      {"replacetags(in AD:Bearer cat(A))", {{"AD:Bearer", "cat", "Craft"}}, 0, "Bad MergeTags: "},
+      {"replacetags(in AD:Bearer with notes(n), page(7))",
+       {{"AD:Bearer", "notes", "n"}, {"AD:Bearer", "page", "7"}},
+       2,
+       ""},
   };
   for (const auto& each : cases) {
     TemplateWorld world;
     world.Added("Blade (Broad)", kSkills);
     world.Added("Blade (Narrow)", kSkills);
+    world.Find("AD:Bearer")->SetTagItem("notes", "half a {thought");
     const std::string before = world.Text();
     const std::int32_t id = world.Use(each.tags);
     for (const Expected& is : each.expected) {
@@ -263,6 +274,10 @@ TEST(TemplateEffects, LetTheUserPick) {
        {{"AD:Own Star", "page", "2"}, {"AD:Own Star", "points", "4"}},
        "",
        {"Own Star"}},
+      {"select1(list(#newitem(AD:, name(Deck Song), nameext(Low), cost(1)), AD:))",
+       {{"AD:Deck Song (Low)", "points", "1"}},
+       "AD:: Didn't find item: AD:",
+       {"Deck Song (Low)"}},
       {"select1(list(#newitem(AD:Hardy, tint(red))))",
        {{"AD:Hardy", "tint", "red"},
         {"AD:Hardy", "cat", "Body, Craft"},
@@ -287,6 +302,54 @@ TEST(TemplateEffects, LetTheUserPick) {
        {"1"}},
   };
   Check(cases);
+}
+
+TEST(TemplateEffects, ReadTheLimitsOfASelectionFromEitherEnd) {
+  struct {
+    const char* text;
+    double least, most;
+  } const cases[] = {{"atleast -20, upto -10", 10, 20},
+                     {"atleast -10, upto -20", 10, 20},
+                     {"-20, -10", 10, 20},
+                     {"5, 2", 2, 5},
+                     {"2, 5", 2, 5},
+                     {"-5, 5", -5, 5},
+                     {"atleast 3", 3, 0},
+                     {"atleast 3, upto 0", 3, 0},
+                     {"upto -4", 0, 4}};
+  for (const auto& each : cases) {
+    const SelectLimits limits = SelectLimits::Read(each.text);
+    EXPECT_EQ(limits.least.ToDouble(), each.least) << each.text;
+    EXPECT_EQ(limits.most.ToDouble(), each.most) << each.text;
+  }
+}
+
+// Points that no level asks for are kept.
+TEST(TemplateEffects, GiveAnUnpickedSkillBackAsItWas) {
+  struct {
+    const char* codes;
+    const char* steps;  // + picks, - unpicks
+    int count;
+    const char* points;
+  } const cases[] = {{"", "+", 1, "3"},
+                     {"", "+-", 0, "3"},
+                     {"", "++", 1, "4"},
+                     {"", "++-", 1, "3"},
+                     {" #codes(upto 13)", "++", 1, "3"},
+                     {" #codes(upto 12)", "+-", 0, "3"}};
+  for (const auto& each : cases) {
+    TemplateWorld world;
+    clsItem& rowing = world.Added("Rowing", kSkills);
+    ASSERT_TRUE(world.character.ForceExistingItemToValue(rowing, "3", "points"));
+    const SelectText text("list({SK:Rowing, existing(yes)}" + std::string(each.codes) + ")");
+    ItemSelection selection(world.character, *world.Find("AD:Bearer"), text);
+    for (char step : std::string_view(each.steps)) {
+      step == '+' ? selection.Pick(0) : selection.Unpick(0);
+    }
+    EXPECT_EQ(selection.CurCount(), each.count) << each.codes << each.steps;
+    EXPECT_EQ(rowing.TagItem("basepoints"), each.points) << each.codes << each.steps;
+    EXPECT_EQ(rowing.TagItem("points"), each.points) << each.codes << each.steps;
+  }
 }
 
 TEST(TemplateEffects, MakeNothingOfASelectionThatCantBeMet) {
