@@ -379,6 +379,7 @@ void clsItem::SetOptionalSpecialtyStatus(bool on) {
     DeleteTag("optspec");
     if (index > 0) SetSkillType(types[index]->Name);
   }
+  Owner->ClearTokensForItem(*this);
   Calculate();
 }
 

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "core/Text.h"
+#include "core/modTools.h"
 
 namespace kvr::modTags {
 namespace {
@@ -26,9 +27,7 @@ std::vector<TagItem> ReadItems(std::string_view tagString, Blanks blanks) {
     item.name = LCase(Trim(token.substr(0, open)));
     std::string_view rest = token.substr(open + 1);
     if (blanks == Blanks::Trimmed) rest = Trim(rest);
-    // The last character is taken to be the ")"; it may be a whole letter of several bytes.
-    while (!rest.empty() && (rest.back() & 0xC0) == 0x80) rest.remove_suffix(1);
-    if (!rest.empty()) rest.remove_suffix(1);
+    rest = modTools::WithoutLastLetter(rest);  // it is taken to be the ")"
     item.value = blanks == Blanks::Trimmed ? Trim(rest) : rest;
   });
   return items;

@@ -49,6 +49,12 @@ std::string_view StripQuotesAndBraces(std::string_view text) {
   return Trim(StripBraces(StripQuotes(text)));
 }
 
+std::string_view WithoutLastLetter(std::string_view text) {
+  while (!text.empty() && (text.back() & 0xC0) == 0x80) text.remove_suffix(1);
+  if (!text.empty()) text.remove_suffix(1);
+  return text;
+}
+
 void ReplaceAll(std::string& text, std::string_view find, std::string_view replacement) {
   std::size_t hit = FindNoCase(text, find);
   if (hit == npos) return;

@@ -20,6 +20,8 @@ std::string_view StripParens(std::string_view text);
 std::string_view StripBrackets(std::string_view text);
 // One pair of quotes, then one pair of braces, then trimmed.
 std::string_view StripQuotesAndBraces(std::string_view text);
+// Without its last letter, which may have several bytes.
+std::string_view WithoutLastLetter(std::string_view text);
 
 // Replaces every match in any case; an inserted text is not searched again. An empty `find` changes nothing.
 void ReplaceAll(std::string& text, std::string_view find, std::string_view replacement);

@@ -31,7 +31,7 @@ std::string ShownWay(const std::vector<const clsSystemItem*>& way) {
 Circles::Circles(const KVRSystem& system) : system_(system) {
   for (const clsSystemItem& item : system.Items) {
     Brought brought;
-    AddBrought(item.GetTagItem("adds"), item.GetTagItem("creates"), brought);
+    AddBrought(item.TagItem("adds"), item.TagItem("creates"), brought);
     if (!brought.empty()) brought_.emplace(&item, std::move(brought));
   }
   DropEnds();

@@ -7,6 +7,7 @@
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "core/modLogging.h"
+#include "core/modTools.h"
 #include "library/ByteCount.h"
 
 namespace kvr {
@@ -123,7 +124,7 @@ bool DataFileReader::ReadFileHeaderLine(std::string_view line) {
 
 // The last character of the line is taken to be the closing bracket.
 void DataFileReader::StartSection(std::string_view line) {
-  section_ = &FindSection(UCase(line.substr(1, line.size() < 2 ? 0 : line.size() - 2)));
+  section_ = &FindSection(UCase(modTools::WithoutLastLetter(line.substr(1))));
   linesInSection_ = 0;
   if (section_ == &kUnknownSection) TellObserver("An unknown section", line);
   log_.LogIndented(section_->logText);

@@ -50,10 +50,10 @@ std::string CostProgression(const clsSystemItem& item) {
 }
 
 std::string PointsOrCost(const clsSystemItem& item) {
-  const std::string_view points = item.GetTagItem("points");
+  std::string points(item.GetTagItem("points"));
   if (points.empty()) return CostWithLimit(item);
   const bool goesOn = item.GetTagItem("cost").find('/') != npos;
-  return std::string(points) + (goesOn ? "/+" : "");
+  return points.append(goesOn ? "/+" : "");
 }
 
 std::string StandardName(const clsSystemItem& item) {

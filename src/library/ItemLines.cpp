@@ -47,6 +47,7 @@ void NoteField(std::string_view field, std::size_t open, Notes& notes) {
   } else if (open > 0 && field[open - 1] == ' ' && notes.nameEndingInBlank.empty()) {
     notes.nameEndingInBlank = field.substr(0, open);
   }
+  if (open != npos && !field.ends_with(')') && notes.behindTag.empty()) notes.behindTag = field;
 }
 
 void AppendTag(std::string& tags, std::string_view name, std::string_view value) {

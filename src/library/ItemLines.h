@@ -21,6 +21,7 @@ enum class Kind : std::uint8_t { Ad, Skill, Spell, Stat, Equipment, Mod, Generic
 struct Notes {
   std::string_view valueWithoutTag;    // a field that is lost; a view into the line
   std::string_view nameEndingInBlank;  // a tag name that no look-up finds
+  std::string_view behindTag;          // a tag whose ")" is not its last character, which is dropped
   bool tooManyModes = false;
 };
 

@@ -83,7 +83,8 @@ void clsSortedSystemItemCollection::OrderItems() {
     for (const OrderCriterion& criterion : OrderBy) {
       const std::string value = Item(i + 1).TagItem(criterion.tag);
       keys[i].texts.push_back(criterion.numeric ? std::string() : LCase(value));
-      keys[i].numbers.push_back(criterion.numeric ? NumberBehindMark(value) : 0);
+      const double number = EndsWithNoCase(criterion.tag, "cost") ? NumberBehindMark(value) : Val(value);
+      keys[i].numbers.push_back(criterion.numeric ? number : 0);
     }
   }
   std::stable_sort(keys.begin(), keys.end(), [this](const SortKey& a, const SortKey& b) {
@@ -261,6 +262,7 @@ void KVRSystem::ExpectItem(ItemType type, std::string_view name, std::string_vie
 void KVRSystem::AddOrReplaceItem(clsSystemItem& item, std::string_view currentCategory) {
   if (item.ItemType == kSpells && item.GetTagItem("type").empty()) item.SetTagItem("type", "M/H");
   const bool hasCategories = item.ItemType != kStats;
+  if (hasCategories) item.TrimCategory();
   const ItemKey key(item.ItemType, item.Name(), item.NameExt());
   clsSystemItem* added = &item;
   if (const clsSystemItem* standing = Items.AddOrFind(added, key)) {

@@ -106,6 +106,8 @@ void DataFileReader::NoteOddities(const ItemLines::Notes& notes) {
   if (!notes.valueWithoutTag.empty()) Note("A value without a tag", notes.valueWithoutTag);
   if (!notes.nameEndingInBlank.empty())
     Note("A tag name that ends in a blank", "'" + std::string(notes.nameEndingInBlank) + "'");
+  if (!notes.behindTag.empty())
+    Note("Text behind the closing parenthesis of a tag", "'" + std::string(notes.behindTag) + "'");
   if (notes.tooManyModes) Note("More weapon modes than can be held; the rest of them is left out");
 }
 

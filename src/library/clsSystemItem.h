@@ -43,6 +43,7 @@ class clsSystemItem {
   void SetNameExt(std::string_view ext);
   void SetCategory(std::string_view list);
   // The list of another record of the same library.
+  void TrimCategory() { category_ = Trim(category_); }
   void ShareCategory(std::string_view list) { category_ = list; }
   // Inserts into the cat list each entry of `list` that it lacks.
   void MergeCategories(std::string_view list);

@@ -45,6 +45,7 @@ TEST(Lint, TellsFileLineAndText) {
       {"[ADS]/n/A, 5, gives(+1 to ST:Grit))", "own.kdf:3: Unmatched parentheses (1 '(' and 2 ')')"},
       {"[ADS]/n/A, 5,/n/* note/n/B, 5",
        "own.kdf:3: A comment line threw away the lines joined before it (A, 5,)"},
+      {"[ADS]/n/A, page(5).", "own.kdf:3: Text behind the closing parenthesis of a tag ('page(5).')"},
       {"[ADS]/n/A, page (5)", "own.kdf:3: A tag name that ends in a blank ('page ')"},
       {"[SPELLS]/n/Flash, M/H, type(GT/E)", "own.kdf:3: A value without a tag (M/H)"},
       {"[PERKS]/n/Tail,/n/   page(3),/n/",

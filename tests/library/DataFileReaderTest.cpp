@@ -39,6 +39,8 @@ TEST_F(DataFiles, JoinLinesAndDropComments) {
       {"Foo,\r\n  5,\n\tpage(2)", "Foo", ",cost(5),page(2),cat(),name(Foo)"},
       {"Foo, list(a|\r\nb_\r\nc), x(1)", "Foo", ",list(a|bc),x(1),cat(),name(Foo)"},
       {"Foo,\r\n* comment\r\nBar, 3", "Bar", ",cost(3),cat(),name(Bar)"},
+      {"Foo, 5, cat( A )", "Foo", ",cost(5),cat(A),name(Foo)"},
+      {"Foo, notes(bar)\xC3\xA9", "Foo", ",notes(bar)),cat(),name(Foo)"},
       {"Foo, 5,", "Foo", ",cost(5),cat(),name(Foo)"},
       {"Foo, 5|", "Foo", ",cost(5|),cat(),name(Foo)"},
       {"Foo, 5_", "Foo", ",cost(5),cat(),name(Foo)"},

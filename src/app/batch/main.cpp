@@ -54,7 +54,9 @@ void MakeWorld(kvr::Environment& env, const Options& options) {
   const std::string problems = env.Folders.CreateUserFolders();
   if (!problems.empty()) std::cerr << problems << std::endl;
   kvr::modFileIO::IniReadDebugOptions(env);
-  env.log.Start(true, env.Config.DebugEchoToRun != 0 ? env.Folders.BaseAppDataFolder + "debug.run" : "");
+  env.log.Start(true, env.Config.Debug != 0 && env.Config.DebugEchoToRun != 0
+                          ? env.Folders.BaseAppDataFolder + "debug.run"
+                          : "");
   kvr::modFileIO::InitConfigDefaults(env);
   kvr::modFileIO::IniReadMRUList(env);
 }
