@@ -131,6 +131,8 @@ void clsItem::CalcAll() {
   FormerNumbers former(*this);
   bool taboosMitigated = CalcMitigation();
   Outcome before(*this);
+  // A trait that lacks what it needs doesn't count for those that need it.
+  std::int16_t formerNeedsCheck = NeedsCheck();
   CalcByType();
   if (!IsSkill(*this)) SetBaseAppPoints(Points());
   bool changed = privCalcRaiseRuleOf();
@@ -139,7 +141,7 @@ void clsItem::CalcAll() {
   bool bonuses = UpdateMyBonuses();
   bool conditionals = UpdateMyConditionals();
   former.KeepNew();
-  if (before.DiffersFrom(*this)) changed = true;
+  if (before.DiffersFrom(*this) || NeedsCheck() != formerNeedsCheck) changed = true;
   if (!changed && !bonuses && !conditionals) return;
   // The solver's old answers must be gone before anybody asks again.
   Owner->ClearTokensForItem(*this);

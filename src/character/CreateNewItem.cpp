@@ -5,6 +5,7 @@
 #include "calc/modSolver.h"
 #include "character/FormerState.h"
 #include "character/ModTree.h"
+#include "character/SavedText.h"
 #include "character/TechLevel.h"
 #include "character/modDirectives.h"
 #include "core/Numbers.h"
@@ -464,6 +465,19 @@ void ItemCreation::SpreadWhatCameLast() {
 // --- The character's side
 // ----------------------------------------------------------------------------------------------
 
+namespace {
+
+// A value that closes its tag too early would swallow the tags behind it, and the trait's name is the last
+// one.
+std::string WholeTagList(const clsSystemItem& record, ActivityLog& log) {
+  std::string list = record.TagList();
+  if (modTags::ParensBalance(list)) return list;
+  log.LogRed("'" + record.FullName() + "': an unmatched parenthesis in the library was read as a bracket.");
+  return savedText::RepairTagText(list);
+}
+
+}  // namespace
+
 std::int32_t KVRCharacter::AddItemFromSystem(std::string_view sysKey, std::string_view parentKey,
                                              int noInitMods, int noNeedsCheck, int allowDuplicate) {
   TraceScope trace("KVRCharacter:AddItemFromSystem");
@@ -472,8 +486,8 @@ std::int32_t KVRCharacter::AddItemFromSystem(std::string_view sysKey, std::strin
     env_.log.LogRed("The library has no trait with the key '" + std::string(sysKey) + "'.");
     return 0;
   }
-  return CreateNewItem(record->ItemType, record->TagList(), sysKey, parentKey, noInitMods, noNeedsCheck,
-                       allowDuplicate);
+  return CreateNewItem(record->ItemType, WholeTagList(*record, env_.log), sysKey, parentKey, noInitMods,
+                       noNeedsCheck, allowDuplicate);
 }
 
 std::int32_t KVRCharacter::CreateNewItem(ItemType itemType, std::string_view tagList, std::string_view sysKey,

@@ -55,6 +55,18 @@ TEST(CreateNewItem, GivesEachTypeItsStartValues) {
   }
 }
 
+TEST(CreateNewItem, TextBehindAParenthesisSwallowsNoOtherTag) {
+  CharacterWorld world(
+      "[ADS]\r\nTorn Sleeve, 5, page(3) or so, cost(7)\r\n\"Quoted Sleeve\", 5, \"tier(2), page(4)\", "
+      "tone(low)\r\n");
+  clsItem& torn = world.Added("Torn Sleeve", kAds);
+  EXPECT_EQ(torn.FullName(), "Torn Sleeve");
+  EXPECT_EQ(torn.TagItem("page"), "3] or s");
+  clsItem& quoted = world.Added("Quoted Sleeve", kAds);
+  EXPECT_EQ(quoted.FullName(), "Quoted Sleeve");
+  EXPECT_EQ(quoted.TagItem("tone"), "low");
+}
+
 TEST(CreateNewItem, KeysInItsDataMakeNoFamily) {
   CharacterWorld world(kRules);
   clsItem& first = world.Added("Keen Nose", kAds);
