@@ -103,6 +103,7 @@ void KVRCharacter::RecalculateAll(bool pushAll) {
   const TimerScope timer;
   RefreshPause pause(env_.events);
   OptionOff secondaryFeatures(env_.Config.NoCalcSecondaryFeatures);
+  PauseMark mark(env_.events);
   TokenCache.Clear();
   FirstFailure failure;
   failure.Run([this] { CalcPointCosts(); });

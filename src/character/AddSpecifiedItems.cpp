@@ -1,4 +1,5 @@
 // Adds what a trait lacks to be allowed: each entry of a list of needs becomes a trait on the character.
+#include "character/ChooseItem.h"
 #include "character/KVRCharacter.h"
 #include "character/NeedsSteps.h"
 #include "core/Numbers.h"
@@ -57,7 +58,9 @@ class PrerequisiteAdder {
     if (const clsSystemItem* record = library.FindItem(name, type)) return record;
     std::vector<std::size_t> found;
     if (!modNeeds::HasExtension(name)) found = library.GetAllItems(name, type);
-    if (!found.empty()) return Choose(name, found);
+    if (!found.empty()) {
+      return ChooseItem(character_, name, needer_ + " needs " + std::string(name) + ".", found);
+    }
     TellMissing(name);
     return nullptr;
   }
@@ -65,25 +68,6 @@ class PrerequisiteAdder {
   void TellMissing(std::string_view name) const {
     character_.Env().log.LogLine(needer_ + ": I couldn't find: " + std::string(name) +
                                  ". You'll have to add it manually.");
-  }
-
-  const clsSystemItem* Choose(std::string_view name, const std::vector<std::size_t>& positions) const {
-    const KVRSystem& library = character_.System();
-    SelectionRequest request;
-    request.Title = "Choose Item: " + std::string(name);
-    request.Text =
-        needer_ + " needs " + std::string(name) + ". Please select the specific one that you wish.";
-    request.MinNumber = request.MaxNumber = 1;
-    request.LimitNumber = true;
-    for (std::size_t position : positions) {
-      Choice choice;
-      choice.Caption = library.Items.Item(position).FullName();
-      choice.Alias = library.Items.KeyAt(position);
-      request.Choices.push_back(std::move(choice));
-    }
-    const SelectionAnswer answer = character_.Env().prompts.ChooseMany(request);
-    if (answer.Canceled || answer.Chosen.empty()) return nullptr;
-    return library.Items.Item(answer.Chosen.front().Alias);
   }
 
   void Add(const clsSystemItem& record, const modNeeds::Entry& entry) const {

@@ -37,7 +37,13 @@ void DropPositiveDisplay(std::string& list) {
   if (EqualNoCase(display, "yes") || display == "-1") modTags::DeleteTagFromTagList(list, "display");
 }
 
+// Of categories each counts by itself: a doubled one would show the trait twice.
 std::string MergedIntoList(std::string_view tag, std::string list, std::string_view entry) {
+  if (tag == "cat") {
+    const auto cats = modNewParser::ParseSplitChars(entry, ",", modNewParser::kNames);
+    for (auto cat = cats.rbegin(); cat != cats.rend(); ++cat) modLists::InsertItemIntoList(*cat, list);
+    return list;
+  }
   modLists::InsertItemIntoListAlt(entry, list, tag == "initmods" ? "|" : ", ");
   return list;
 }

@@ -2,6 +2,7 @@
 // itself (`creates`).
 #include <optional>
 
+#include "character/ChooseItem.h"
 #include "character/FormerState.h"
 #include "character/TemplateEntries.h"
 #include "core/modTags.h"
@@ -124,18 +125,12 @@ std::int32_t TraitBringer::AddWithExtension(const clsSystemItem& base, std::stri
 
 // The name alone, where the library has it only with extensions.
 std::optional<std::int32_t> TraitBringer::AddOneOf(const TraitReference& wanted, bool noInitMods) {
-  const clsSortedSystemItemCollection& items = character_.System().Items;
   const std::vector<std::size_t> positions = character_.System().GetAllItems(wanted.name, wanted.type);
   if (positions.empty()) return std::nullopt;
-  std::vector<std::string> names;
-  for (std::size_t position : positions) names.push_back(items.Item(position).FullName());
-  const ChoiceAnswer answer =
-      character_.Env().prompts.ChooseOne("Choose Item: " + wanted.name,
-                                         bringer_.FullName() + " requested the adding of " + wanted.name +
-                                             ". Please select the specific one that you wish.",
-                                         names);
-  if (answer.Canceled || answer.ChoiceNum < 1 || answer.ChoiceNum > positions.size()) return 0;
-  return AddRecord(items.Item(positions[answer.ChoiceNum - 1]), noInitMods);
+  const clsSystemItem* chosen =
+      ChooseItem(character_, wanted.name,
+                 bringer_.FullName() + " requested the adding of " + wanted.name + ".", positions);
+  return chosen ? AddRecord(*chosen, noInitMods) : 0;
 }
 
 std::string TagStringOf(std::string_view line, ItemType type) {

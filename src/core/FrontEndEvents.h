@@ -22,6 +22,8 @@ class FrontEndEvents {
   virtual void SuspendRefresh() {}
   virtual void ResumeRefresh() {}
   virtual void RecentFilesChanged() {}
+  // The pause mark of the status bar, while everything is recalculated.
+  virtual void ShowPauseMark(bool) {}
 
   // The mouse pointer: shows the shape until the pop that belongs to this push. The hourglass also makes the
   // program busy, until a pop brings another pointer back.
@@ -36,6 +38,18 @@ class FrontEndEvents {
   std::vector<int> formerPointers_;
   int pointer_ = 0;  // the window's own
   bool busy_ = false;
+};
+
+// Shows the pause mark for its lifetime.
+class PauseMark {
+ public:
+  explicit PauseMark(FrontEndEvents& events) : events_(events) { events_.ShowPauseMark(true); }
+  ~PauseMark() { events_.ShowPauseMark(false); }
+  PauseMark(const PauseMark&) = delete;
+  PauseMark& operator=(const PauseMark&) = delete;
+
+ private:
+  FrontEndEvents& events_;
 };
 
 // Suspends the refresh for its lifetime.
