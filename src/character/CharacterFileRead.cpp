@@ -369,7 +369,7 @@ bool KVRCharacter::FileRead(std::string_view path) {
     return false;
   }
   if (!ReadSections(reader)) return false;
-  DamagedFile = lostItsEnd_ ? std::string(path) : "";
+  DamagedFile = readInPart_ ? std::string(path) : "";
   FinishLoading();
   env_.log.LogLine("Character loaded.");
   return true;
@@ -391,8 +391,8 @@ bool KVRCharacter::ReadSections(clsFileReader& reader) {
   savedFile_ = std::make_unique<SavedFileState>();
   SectionReader sections(*this, reader);
   const bool readable = sections.Run();
-  lostItsEnd_ = sections.Cut();
   AddDoubledRecords();
+  readInPart_ = sections.Cut() || savedFile_->leftOut;
   savedFile_.reset();
   RepairFamilies();
   return readable;

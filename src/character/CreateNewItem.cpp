@@ -102,7 +102,7 @@ class ItemCreation {
   void AddCategories();
   void DropCreationTags();
   void SpreadWhatCameLast();
-  void Finish() { End(id_); }
+  void Finish();
 
   // --- What they use ---
   void RunDirectives(const std::vector<modDirectives::Substitution>& protectedVars);
@@ -460,6 +460,11 @@ void ItemCreation::MakeWaitingLinks() {
 void ItemCreation::SpreadWhatCameLast() {
   MakeWaitingLinks();
   if (character_.creations_.size() == 1) character_.TrickleRecalcItems();
+}
+
+void ItemCreation::Finish() {
+  if (character_.creations_.size() == 1) character_.RecheckCountingNeeds();
+  End(id_);
 }
 
 // --- The character's side

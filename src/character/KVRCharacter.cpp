@@ -104,7 +104,7 @@ void KVRCharacter::ClearWorkingState() {
   traitsMade_ = 0;
   removing_.clear();
   savedFile_.reset();
-  lostItsEnd_ = false;
+  readInPart_ = false;
 }
 
 void KVRCharacter::TerminateItems() {

@@ -45,7 +45,7 @@ class KVRCharacter final : public CalcItem {
   std::int32_t LastKey = 0;
   std::string FileName;            // path text; empty until saved
   std::string TempBackupFileName;  // made when first needed
-  std::string DamagedFile;         // the file that lost its end and was read as far as it goes; never written
+  std::string DamagedFile;         // the file that could not be read whole; it is never written
   std::string DataSet;             // full path text
   std::vector<std::string> DataFiles;
   std::string Name, Player, DateCreated, Portrait;
@@ -316,6 +316,8 @@ class KVRCharacter final : public CalcItem {
   bool ItemNeedsCheck(clsItem& item, bool askToAdd, bool report);
   // Sets TabooFailed and the tag `tabootext`; true if that changed.
   bool ItemTabooCheck(clsItem& item, bool report);
+  // After traits came or went: what counts traits names none, so no link leads to it.
+  void RecheckCountingNeeds();
   // All traits but attributes, until the number of failures settles; then all taboos. The report's lines,
   // which are shown, or logged if quiet.
   std::vector<std::string> NeedsCheckAll(bool quiet);
@@ -397,17 +399,20 @@ class KVRCharacter final : public CalcItem {
     std::unordered_map<std::int32_t, clsMod*> mods;              // by number
     std::vector<std::pair<ItemType, std::string>> doubledItems;  // records whose number was taken
     std::vector<std::string> doubledMods;
+    bool leftOut = false;
     bool atEnd = false;  // all numbers are known: new ones can be given
   };
   CalcItem* SavedHolder(std::int32_t id) const;
   // The number that a record of the file gets; 0 when the record must wait.
   std::int32_t NumberForSaved(std::int32_t wanted, std::string_view kind, const std::string& name);
+  // Tells of a record that can't be used.
+  void LeaveOut(std::string_view reason, std::string_view record);
   void AddDoubledRecords();
   void RepairFamilies();
   bool HasSoundParents(const clsItem& item) const;
   clsBonus* AddBonusRecord(std::vector<std::unique_ptr<clsBonus>>& records, std::string_view line);
   std::unique_ptr<SavedFileState> savedFile_;
-  bool lostItsEnd_ = false;  // the sections read last stopped before the file's end
+  bool readInPart_ = false;  // the sections read last had lost their end, or records were left out
 
   Environment& env_;
   KVRSystem& system_;

@@ -83,6 +83,15 @@ bool KVRCharacter::ItemNeedsCheck(clsItem& item, bool askToAdd, bool report) {
   return changed;
 }
 
+void KVRCharacter::RecheckCountingNeeds() {
+  for (clsItem& item : Items) {
+    if (modNeeds::CountsTraits(item.FreeTag("needs")) || modNeeds::CountsTraits(item.FreeTag("taboo"))) {
+      QueueItem(item);
+    }
+  }
+  TrickleRecalcItems();
+}
+
 bool KVRCharacter::ItemTabooCheck(clsItem& item, bool report) {
   const std::string_view taboo = item.FreeTag("taboo");
   std::string found;

@@ -252,4 +252,16 @@ bool CheckSpecialCases(const Check& check, Finding& finding) {
   return true;
 }
 
+bool CountsTraits(std::string_view text) {
+  constexpr std::string_view kDigits = "0123456789";
+  if (text.empty()) return false;
+  if (ContainsNoCase(text, "GR:")) return true;
+  for (std::size_t at = text.find_first_of(kDigits); at != npos; at = text.find_first_of(kDigits, at)) {
+    const bool begins = at == 0 || std::string_view(" ,|({\"").find(text[at - 1]) != npos;
+    at = std::min(text.find_first_not_of(kDigits, at), text.size());
+    if (begins && at < text.size() && text[at] == ' ') return true;
+  }
+  return false;
+}
+
 }  // namespace kvr::modNeeds

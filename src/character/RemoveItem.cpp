@@ -145,6 +145,9 @@ void ItemRemoval::Finish() {
     if (clsItem* bringer = character_.ItemByKey(id)) Step([&] { bringer->Calculate(); });
   }
   if (!bringers_.empty()) Step([&] { character_.TrickleRecalcItems(); });
+  if (character_.creations_.empty() && character_.removing_.empty()) {
+    Step([&] { character_.RecheckCountingNeeds(); });
+  }
   failure_.PassOn();
 }
 

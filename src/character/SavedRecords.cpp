@@ -46,12 +46,13 @@ std::string_view ClosedTags(std::string_view tags, std::string& closed) {
   return closed;
 }
 
-void LogSkipped(ActivityLog& log, std::string_view record) {
-  constexpr std::size_t kShown = 80;
-  log.LogRed("Left out, since it has no tag list: " + std::string(record.substr(0, kShown)));
-}
-
 }  // namespace
+
+void KVRCharacter::LeaveOut(std::string_view reason, std::string_view record) {
+  constexpr std::size_t kShown = 80;
+  env_.log.LogRed(std::string(reason).append(record.substr(0, kShown)));
+  if (savedFile_) savedFile_->leftOut = true;
+}
 
 void KVRCharacter::NoteSavedKey(std::int32_t key) {
   if (key <= kHighestKey) LastKey = std::max(LastKey, key);
@@ -75,7 +76,7 @@ std::int32_t KVRCharacter::NumberForSaved(std::int32_t wanted, std::string_view 
 clsItem* KVRCharacter::AddItemFromSaved(ItemType type, std::string_view record) {
   const SavedFrame frame = FrameOf(record);
   if (!frame.complete) {
-    LogSkipped(env_.log, record);
+    LeaveOut("Left out, since it has no tag list: ", record);
     return nullptr;
   }
   std::string closed;
@@ -107,15 +108,15 @@ CalcItem* KVRCharacter::SavedHolder(std::int32_t id) const {
 
 void KVRCharacter::AddModFromSaved(std::string_view line) {
   const SavedFrame frame = FrameOf(line);
-  if (!frame.complete) return LogSkipped(env_.log, line);
+  if (!frame.complete) return LeaveOut("Left out, since it has no tag list: ", line);
   NoteSavedKey(frame.idKey);  // also of one that is left out: something else may name it
   auto mod = std::make_unique<clsMod>();
   std::string closed;
   mod->SetTagList(std::string(ClosedTags(frame.tags, closed)));
   CalcItem* holder = SavedHolder(savedText::ToLong(frame.parentKey));
-  if (!holder) return env_.log.LogRed("Error: Owning item not found for mod: " + mod->FullName());
+  if (!holder) return LeaveOut("Error: Owning item not found for mod: ", mod->FullName());
   if (ModDepth(*holder) >= kDeepestMod) {
-    return env_.log.LogRed("Error: Nested too deep, and left out: mod " + mod->FullName());
+    return LeaveOut("Error: Nested too deep, and left out: mod ", mod->FullName());
   }
   mod->IDKey = NumberForSaved(frame.idKey, "modifier", mod->FullName());
   if (mod->IDKey == 0) {

@@ -5,6 +5,7 @@
 #include "character/ItemFields.h"
 #include "character/TemplateEntries.h"
 #include "core/modNewParser.h"
+#include "core/modTools.h"
 
 namespace kvr {
 
@@ -88,7 +89,8 @@ void ChangeTagsOfOthers(KVRCharacter& character, clsItem& item, const TagEffect&
   for (std::string_view piece : pieces) {
     const auto [target, tags, found] = templateEntries::SplitAtWord(piece, " with ");
     if (!found) return complain();
-    LogFailure(log, [&, target = target, tags = tags] { ChangeTags(character, item, effect, target, tags); });
+    const std::string_view bare = modTools::StripQuotesAndBraces(tags);
+    LogFailure(log, [&, target = target] { ChangeTags(character, item, effect, target, bare); });
   }
 }
 

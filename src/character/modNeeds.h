@@ -115,6 +115,8 @@ bool ValidNeedsCheck(const clsItem& candidate, const clsItem& needer);
 // The combinations "one, other" of two lists of alternatives; at most 1000.
 std::vector<std::string> NeedsBigArray(const std::vector<std::string>& a, const std::vector<std::string>& b);
 
+// Whether a demand may hold a test that counts traits ("3 spells", "GR:Blades").
+bool CountsTraits(std::string_view text);
 // The trait's `needs`, its text functions solved.
 std::string NeedsText(clsItem& item);
 // Whether the trait's own `mitigated` sets its taboos aside.

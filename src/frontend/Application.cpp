@@ -45,7 +45,7 @@ void Application::RememberFile(std::string_view path) {
 
 Files::Outcome Application::SaveCharacter(KVRCharacter& character, std::string_view path) {
   if (!character.DamagedFile.empty() && EqualNoCase(path, character.DamagedFile)) {
-    return {"the file had lost its end when it was read; it is left as it is, save under another name"};
+    return {"the file could not be read whole; it is left as it is, save under another name"};
   }
   const Files::Outcome outcome = character.FileWrite(path, true);
   if (!outcome) return outcome;

@@ -159,8 +159,8 @@ bool Application::ConfirmKVR2(const KVRCharacter& character, std::string_view pa
   return env_.prompts.MessageBox(kConversion, kProgramTitle, Buttons::OkCancel) != Answer::Cancel;
 }
 
-// A base file is only a starting point, so its character has no file of its own; one that lost its end is
-// kept as it is for whoever can mend it.
+// A base file is only a starting point, so its character has no file of its own; one that was read in part
+// is kept as it is for whoever can mend it.
 void Application::KeepFileName(KVRCharacter& character, std::string_view path) {
   const bool hasOwnFile = Files::LowerExtension(path) != ".kvr4base" && character.DamagedFile.empty();
   character.FileName = hasOwnFile ? path : std::string_view();
