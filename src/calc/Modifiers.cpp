@@ -161,7 +161,12 @@ void clsMod::CalcModifiers() {
   adjusted.number = TotalOf(Mods, before * unit, rules, *root->Owner) / unit;
   adjusted.divisor = 1;
   if (IsTooLarge(adjusted.number)) return ReportFault(Fault::TooLarge);
-  modCalculation::WriteTag(*this, "value", step.Is(modValue::TextOf(adjusted)));
+  std::string text = modValue::TextOf(adjusted);
+  // "x2" stays an "x".
+  const std::string_view former = Trim(Tags().Value("premodsvalue"));
+  if (adjusted.family == modValue::Family::Multiply && !former.empty() && (former[0] | 0x20) == 'x')
+    text[0] = former[0];
+  modCalculation::WriteTag(*this, "value", step.Is(text));
   std::string number;
   AppendStr(number, adjusted.number);
   modCalculation::WriteTag(*this, "valuenum", number);

@@ -145,6 +145,7 @@ void LimitCost(const Limits& limits, Form& form) {
   request.LimitCost = true;
   request.MinCost = limits.least;
   request.MaxCost = limits.most;
+  request.HasMaxCost = limits.hasMost;
   Currency reachable;
   for (const Choice& choice : request.Choices) reachable += std::max(choice.Cost, Currency());
   if (limits.hasMost && limits.most < limits.least) form.canBeMet = false;

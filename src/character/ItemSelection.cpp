@@ -93,6 +93,7 @@ SelectLimits SelectLimits::Read(std::string_view text) {
   }
   limits.negative = first < 0 || last < 0;
   if (hasFirst) limits.least = limits.negative ? -first : first;
+  limits.hasMost = hasLast;
   if (hasLast) limits.most = limits.negative ? -last : last;
   if (!limits.most.IsZero() && limits.least > limits.most && hasFirst && hasLast) {
     std::swap(limits.least, limits.most);
@@ -111,6 +112,7 @@ SelectText::SelectText(std::string_view selectText) {
   if (count.empty()) count = modTags::ValueOf(items, "numberwanted");
   number = SelectLimits::Read(count);
   if (!number.given && !points.given) number = SelectLimits::Read("exactly 1");
+  number.hasMost = !number.most.IsZero();  // up to none would be no selection
 }
 
 ItemSelection::ItemSelection(KVRCharacter& character, clsItem& bringer, const SelectText& wanted)
@@ -224,6 +226,7 @@ SelectItemsRequest ItemSelection::Goal() const {
   goal.LimitCost = wanted_.points.given;
   goal.MinCost = wanted_.points.least;
   goal.MaxCost = wanted_.points.most;
+  goal.HasMaxCost = wanted_.points.hasMost;
   return goal;
 }
 

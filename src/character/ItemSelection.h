@@ -15,11 +15,11 @@ namespace kvr {
 // How many or how much is wanted: "exactly 2", "2", "atleast 1", "upto 4", "atleast 1, upto 4". A range may
 // be written from either end. A negative amount counts what disadvantages give back.
 struct SelectLimits {
-  bool given = false, negative = false;
-  Currency least, most;  // without sign; no upper limit where most is 0
+  bool given = false, negative = false, hasMost = false;
+  Currency least, most;  // without sign
 
   static SelectLimits Read(std::string_view text);
-  bool Fits(Currency value) const { return value >= least && (most.IsZero() || value <= most); }
+  bool Fits(Currency value) const { return value >= least && (!hasMost || value <= most); }
 };
 
 // The tag "select1" taken apart.

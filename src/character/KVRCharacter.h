@@ -157,7 +157,8 @@ class KVRCharacter final : public CalcItem {
   // Makes the link and calculates both parents; false when it is not allowed.
   bool MakeChildOf(std::string_view childKey, std::string_view parentKey);
   void UnmakeChildOf(std::string_view childKey);
-  // The user's operations on a selection of key texts; messages and the choice go through the prompts.
+  // The user's operations on a selection of key texts; messages go to the log, the choice through the
+  // prompts.
   void MakeChild(const std::vector<std::string>& selected, ItemType type);
   void UnmakeChild(const std::vector<std::string>& selected);
 
@@ -321,7 +322,7 @@ class KVRCharacter final : public CalcItem {
   // All traits but attributes, until the number of failures settles; then all taboos. The report's lines,
   // which are shown, or logged if quiet.
   std::vector<std::string> NeedsCheckAll(bool quiet);
-  std::vector<std::string> NeedsCheckSelected(const std::vector<std::string>& keys);
+  std::vector<std::string> NeedsCheckSelected(const std::vector<std::string>& keys, bool quiet);
   static std::string NeedsListUserFriendly(std::string text);
   // Adds or raises each trait of a list of needs ("SK:Sword >= 12, AD:Luck"); one that can't be had is
   // logged. The needer, if it has a key, is never taken for what it needs.

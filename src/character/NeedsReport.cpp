@@ -94,16 +94,14 @@ std::vector<std::string> KVRCharacter::NeedsCheckAll(bool quiet) {
   report.AddNeeds();
   report.AddTaboos();
   env_.log.LogLine("Needs check took " + NumberText(timer.Seconds()) + " seconds");
-  if (quiet) {
-    report.Log();
-  } else {
-    report.Show();
-  }
+  quiet ? report.Log() : report.Show();
   return report.Lines();
 }
 
-std::vector<std::string> KVRCharacter::NeedsCheckSelected(const std::vector<std::string>& keys) {
+std::vector<std::string> KVRCharacter::NeedsCheckSelected(const std::vector<std::string>& keys, bool quiet) {
   TraceScope trace("KVRCharacter:NeedsCheckSelected");
+  env_.log.LogLine("Begin Needs Checking . . . .");
+  const TimerScope timer;
   std::vector<clsItem*> items;
   for (const std::string& key : keys)
     if (clsItem* item = Items.Item(key)) items.push_back(item);
@@ -113,7 +111,8 @@ std::vector<std::string> KVRCharacter::NeedsCheckSelected(const std::vector<std:
     env_.log.LogLine(item->FullName() + ": needs check is " + std::to_string(item->NeedsCheck()));
   report.AddNeeds();
   report.AddTaboos();
-  report.Log();
+  env_.log.LogLine("Needs check took " + NumberText(timer.Seconds()) + " seconds");
+  quiet ? report.Log() : report.Show();
   env_.log.LogLine(std::to_string(failed) + " items failed to meet needs");
   env_.log.LogLine(std::string(40, '<'));
   return report.Lines();

@@ -16,18 +16,22 @@ bool WantsCost(const SelectionRequest& request) {
   return request.LimitCost || (!request.LimitNumber && request.ByNumberOrCost == CountBy::Cost);
 }
 
+bool HasMaxCost(const SelectionRequest& request) {
+  return request.HasMaxCost || !request.MaxCost.IsZero();
+}
+
 Currency AsCurrency(long number) {
   return Currency(1) * number;
 }
 
-std::string Goal(Currency least, Currency most) {
-  if (most.IsZero()) return "Want: at least " + NumberText(least);
+std::string Goal(Currency least, Currency most, bool hasMost) {
+  if (!hasMost) return "Want: at least " + NumberText(least);
   if (least == most) return "Want: exactly " + NumberText(least);
   return "Want: " + NumberText(least) + " to " + NumberText(most);
 }
 
-bool Within(Currency value, Currency least, Currency most) {
-  return value >= least && (most.IsZero() || value <= most);
+bool Within(Currency value, Currency least, Currency most, bool hasMost) {
+  return value >= least && (!hasMost || value <= most);
 }
 
 }  // namespace
@@ -47,10 +51,12 @@ Answer CancelAnswer(Buttons buttons) {
 
 std::string GoalLine(const SelectionRequest& request) {
   std::string line;
-  if (WantsNumber(request)) line = Goal(AsCurrency(request.MinNumber), AsCurrency(request.MaxNumber));
+  if (WantsNumber(request)) {
+    line = Goal(AsCurrency(request.MinNumber), AsCurrency(request.MaxNumber), request.MaxNumber != 0);
+  }
   if (WantsCost(request)) {
     if (!line.empty()) line += '\n';
-    line += Goal(request.MinCost, request.MaxCost);
+    line += Goal(request.MinCost, request.MaxCost, HasMaxCost(request));
   }
   return line;
 }
@@ -66,10 +72,10 @@ std::string StatusLine(const SelectionRequest& request, long count, Currency cos
 }
 
 bool GoalMet(const SelectionRequest& request, long count, Currency cost) {
-  if (WantsNumber(request) &&
-      !Within(AsCurrency(count), AsCurrency(request.MinNumber), AsCurrency(request.MaxNumber)))
+  if (WantsNumber(request) && !Within(AsCurrency(count), AsCurrency(request.MinNumber),
+                                      AsCurrency(request.MaxNumber), request.MaxNumber != 0))
     return false;
-  return !WantsCost(request) || Within(cost, request.MinCost, request.MaxCost);
+  return !WantsCost(request) || Within(cost, request.MinCost, request.MaxCost, HasMaxCost(request));
 }
 
 }  // namespace kvr

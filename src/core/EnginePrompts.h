@@ -47,6 +47,7 @@ struct SelectionRequest {
   long MinNumber = 0, MaxNumber = 0;
   Currency MinCost, MaxCost;
   bool LimitNumber = false, LimitCost = false;
+  bool HasMaxCost = false;  // a MaxCost of 0 is a limit too, since costs can be negative
 };
 
 struct SelectionAnswer {
@@ -82,6 +83,7 @@ struct SelectItemsRequest {
   long MinNumber = 0, MaxNumber = 0;
   Currency MinCost, MaxCost;
   bool LimitNumber = false, LimitCost = false;
+  bool HasMaxCost = false;     // a MaxCost of 0 is a limit too, since costs can be negative
   bool MultiTrait = false;     // several types are offered
   ItemPicks* Picks = nullptr;  // picks are made here, and the answer only tells how it ended
 };

@@ -73,6 +73,7 @@ SelectionRequest GoalOf(const SelectItemsRequest& request) {
   goal.MaxCost = request.MaxCost;
   goal.LimitNumber = request.LimitNumber;
   goal.LimitCost = request.LimitCost;
+  goal.HasMaxCost = request.HasMaxCost;
   return goal;
 }
 

@@ -1,6 +1,8 @@
 // The open characters: making, saving, backing up and closing them.
 #include "frontend/Application.h"
 
+#include <filesystem>
+
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "core/modFileIO.h"
@@ -43,8 +45,18 @@ void Application::RememberFile(std::string_view path) {
   env_.events.RecentFilesChanged();
 }
 
+namespace {
+
+// However the two are written.
+bool IsSameFile(std::string_view a, std::string_view b) {
+  std::error_code ignored;
+  return EqualNoCase(a, b) || std::filesystem::equivalent(Files::Native(a), Files::Native(b), ignored);
+}
+
+}  // namespace
+
 Files::Outcome Application::SaveCharacter(KVRCharacter& character, std::string_view path) {
-  if (!character.DamagedFile.empty() && EqualNoCase(path, character.DamagedFile)) {
+  if (!character.DamagedFile.empty() && IsSameFile(path, character.DamagedFile)) {
     return {"the file could not be read whole; it is left as it is, save under another name"};
   }
   const Files::Outcome outcome = character.FileWrite(path, true);

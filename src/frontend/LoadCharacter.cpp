@@ -78,15 +78,19 @@ bool Application::LoadTheCharacter(std::string_view path, bool doNotUseFilename,
   }
   if (Files::LowerExtension(path) == ".kvr4party") return LoadParty(path);
   env_.log.LogLine("LoadTheCharacter: " + std::string(path));
+  const std::size_t before = Chars.size();
+  const auto drop = [&] {
+    if (Chars.size() == before) return;
+    Current()->Dirty = false;
+    CloseCharacter(CurChar);
+  };
   try {
     if (LoadOne(path, doNotUseFilename, usingParty)) return true;
   } catch (...) {
-    Current()->Dirty = false;
-    CloseCharacter(CurChar);
+    drop();
     throw;
   }
-  Current()->Dirty = false;
-  CloseCharacter(CurChar);
+  drop();
   return false;
 }
 

@@ -114,11 +114,13 @@ void KVRSystem::BuildDisplayStrings() {
 }
 
 void KVRSystem::BuildIcons() {
+  const auto asks = [](std::string_view text) {
+    return std::any_of(std::begin(kAskingWords), std::end(kAskingWords),
+                       [&](std::string_view word) { return ContainsNoCase(text, word); });
+  };
   for (clsSystemItem& item : Items) {
-    const bool asks =
-        std::any_of(std::begin(kAskingWords), std::end(kAskingWords),
-                    [&](std::string_view word) { return ContainsNoCase(item.TagListNoFill(), word); });
-    item.BuildIcon = asks ? 1 : 0;
+    const bool does = asks(item.TagListNoFill()) || asks(item.Name()) || asks(item.NameExt());
+    item.BuildIcon = does ? 1 : 0;
   }
 }
 

@@ -259,7 +259,8 @@ TEST(Needs, TheCheckOfAllSettlesAndReports) {
   EXPECT_EQ(world.Logged("Needs Check: \tSK:Axe >= 20pts"), 1);
   // A third trait clears the chain.
   world.Put(kAds, "name(Third),level(1)");
-  world.character.NeedsCheckSelected({second.KeyText(), first.KeyText(), world.needer.KeyText(), "k999"});
+  world.character.NeedsCheckSelected({second.KeyText(), first.KeyText(), world.needer.KeyText(), "k999"},
+                                     true);
   EXPECT_EQ(first.NeedsCheck(), 0);
   EXPECT_EQ(second.NeedsCheck(), 0);
   EXPECT_EQ(world.Logged("First: needs check is 0"), 1);
@@ -269,7 +270,7 @@ TEST(Needs, TheCheckOfAllSettlesAndReports) {
   second.SetTagItem("taboo", "AD:Luck, AD:Third");
   for (const bool changes : {true, false}) {
     world.character.Dirty = false;
-    world.character.NeedsCheckSelected({second.KeyText()});
+    world.character.NeedsCheckSelected({second.KeyText()}, true);
     EXPECT_EQ(world.character.Dirty, changes);
   }
 }

@@ -46,6 +46,9 @@ TEST(EnginePromptsTest, SaysTheGoal) {
 
   SelectionRequest byCost;
   byCost.ByNumberOrCost = CountBy::Cost;
+  byCost.HasMaxCost = true;
+  EXPECT_EQ(GoalLine(byCost), "Want: exactly 0");
+  EXPECT_FALSE(GoalMet(byCost, 1, 5));
   byCost.MinCost = byCost.MaxCost = 12;
   EXPECT_EQ(GoalLine(byCost), "Want: exactly 12");
   EXPECT_EQ(StatusLine(byCost, 1, 9), "Cost: 9");
