@@ -19,6 +19,7 @@ struct LevelLimits {
 };
 
 std::int32_t SolvedTag(clsItem& item, std::string_view tag) {
+  if (ContainsNoCase(item.FreeTag(tag), "%points")) return 0;  // held while it is picked
   const auto detail = tag.ends_with("upto") ? explain::Detail::Optional : explain::Detail::Needed;
   return CLngClamped(explain::SolvedStep(item, tag, item.FreeTag(tag), detail));
 }

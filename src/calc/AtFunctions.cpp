@@ -211,12 +211,12 @@ double ModLevel(CalcItem* carrier, std::string_view name) {
 
 double HasMod(std::string_view arguments, Context& context) {
   context.state.noCache = true;
-  return ModLevel(&context.item, arguments);
+  return ModLevel(&context.item, Split(arguments).first[0]);
 }
 
 double OwnerHasMod(std::string_view arguments, Context& context) {
   context.state.noCache = true;
-  return ModLevel(context.item.OwnerContext(), arguments);
+  return ModLevel(context.item.OwnerContext(), Split(arguments).first[0]);
 }
 
 double ItemHasMod(std::string_view arguments, Context& context) {

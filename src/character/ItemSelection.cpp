@@ -6,10 +6,12 @@
 
 #include "calc/Progression.h"
 #include "character/FormerState.h"
+#include "character/LevelMoves.h"
 #include "character/TagChanges.h"
 #include "character/modLists.h"
 #include "core/Numbers.h"
 #include "core/modTags.h"
+#include "core/modTools.h"
 
 namespace kvr {
 
@@ -55,7 +57,7 @@ bool IsBoughtInPoints(ItemType type) {
 
 // To a value it had, and for that of several costs to the one it had.
 void SetBack(clsItem& item, double level, Currency points) {
-  item.SetScoreTo(level);
+  SetShownLevelTo(item, level);
   if (!IsBoughtInPoints(item.ItemType) || item.BasePoints() == points) return;
   item.SetBasePoints(points);
   item.Calculate();
@@ -194,7 +196,10 @@ void ItemSelection::AddOffered(Offered offered, std::string_view codes) {
   for (std::string_view code : templateEntries::Split(codes)) {
     for (std::string_view word : {"upto", "downto"}) {
       if (!StartsWithNoCase(code, word)) continue;
-      AppendTag(offered.tagList, "control_" + std::string(word), Trim(code.substr(word.size())));
+      // The level is what a limit is on unless it says points.
+      std::string limit(Trim(code.substr(word.size())));
+      modTools::ReplaceAll(limit, "%level", "");
+      AppendTag(offered.tagList, "control_" + std::string(word), Trim(limit));
     }
   }
   log.LogLine("Validate: " + offered.fullName + " " + offered.tagList);
@@ -323,7 +328,10 @@ bool ItemSelection::Step(Offered& offered, int direction) {
   if (!control.given && direction < 0 && before <= offered.floor) return false;
   direction > 0 ? item.Increment() : item.Decrement();
   const double value = control.byPoints ? item.Points().ToDouble() : LevelOf(item);
-  const bool beyond = control.given && (direction > 0 ? value > control.value : value < control.value);
+  // What disadvantages give back is limited by its amount.
+  const double sign = control.byPoints && value < 0 ? -1 : 1;
+  const double limit = control.byPoints ? std::abs(control.value) : control.value;
+  const bool beyond = control.given && (direction > 0 ? value * sign > limit : value * sign < limit);
   // A limit of the trait itself may have held it and still have changed its points.
   if (beyond || LevelOf(item) == before) {
     SetBack(item, before, points);
@@ -402,7 +410,9 @@ void ItemSelection::Accept() {
   for (const Offered& offered : offered_) {
     clsItem* item = ItemOf(offered);
     if (!item) continue;
+    const bool limited = !item->FreeTagIsEmpty("control_upto") || !item->FreeTagIsEmpty("control_downto");
     DropMarks(*item);
+    if (limited) LogFailure(character_.Env().log, [&] { SpreadTagChange(*item, false); });
     if (offered.existed) continue;
     character_.Env().log.LogLine("NewItemsAdded(" + std::to_string(++number) + ") = " + item->FullName());
     LogFailure(character_.Env().log, [&] { AcceptNew(*item); });

@@ -70,7 +70,7 @@ void KVRCharacter::AddModsFromAndList(clsItem& item, std::string_view list) {
     const std::string_view entry = modTools::StripQuotesAndBraces(text);
     LogFailure(env_.log, [&] {
       if (const ModRecord* record = FindLibraryMod(system_, entry)) {
-        AddModFromSystem(record->SysCollectionKey(), item);
+        CreateNewMod(item, record->TagList(), record->Group().empty() ? "Package" : record->Group());
       } else if (entry.find(',') != npos) {
         CreateNewMod(item, KVRSystem::ReturnModItem(entry), "Package");
       } else if (!entry.empty()) {

@@ -3,6 +3,7 @@
 #include "calc/CalcSteps.h"
 #include "calc/modSolver.h"
 #include "character/FormerState.h"
+#include "character/LevelMoves.h"
 #include "character/TemplateEntries.h"
 #include "core/Numbers.h"
 
@@ -114,7 +115,7 @@ bool KVRCharacter::MoveToValue(clsItem& item, std::string_view wanted, std::stri
   NoteFormerState(item);
   SetRefreshList(item.ItemType);
   if (IsPointsTag(tag)) return MoveToPoints(item, tag, Currency::FromDouble(target));
-  return IsBoughtValue(item, tag) ? item.SetScoreTo(target) : StepTo(item, tag, target);
+  return IsBoughtValue(item, tag) ? SetShownLevelTo(item, target) : StepTo(item, tag, target);
 }
 
 bool KVRCharacter::SetExistingItemToValue(clsItem& item, std::string_view wanted, std::string_view tag) {

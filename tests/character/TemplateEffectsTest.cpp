@@ -110,6 +110,8 @@ TEST(TemplateEffects, AddTraits) {
       {"adds(AD:Iron Arm = 15pts)", {{"AD:Iron Arm", "level", "3"}}},
       {"adds(EQ:Arrow=20)", {{"EQ:Arrow", "count", "20"}}},
       {"adds(AD:Iron Arm >= 3)", {{"AD:Iron Arm", "level", "3"}, {"TE:T", "needs", "AD:{Iron Arm}>=3"}}},
+      {"creates({AD:Coach, 1, gives(+1 to AD:Iron Arm)}),adds(AD:Iron Arm = 3)",
+       {{"AD:Iron Arm", "level", "3"}, {"AD:Iron Arm", "baselevel", "2"}}},
       {"adds(AD:Iron Arm = 1+ST:MG/5)", {{"AD:Iron Arm", "level", "3"}}},
       {"owns(yes),locks(yes),hides(sheet),adds(AD:Hardy, {AD:Fortune #donotown})",
        {{"AD:Hardy", "keep", "3"},
