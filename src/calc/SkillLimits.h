@@ -14,7 +14,8 @@ struct SkillLimits {
   bool hasLeastPoints = false;
 };
 
-// From `upto` and `control_upto`, of which the smaller one above 0 counts, and from `control_downto`, or else `downto`.
+// From `upto` and `control_upto`, of which the smaller one above 0 counts, and from `control_downto`, or else
+// `downto`.
 SkillLimits ReadSkillLimits(clsItem& item);
 
 }  // namespace kvr
