@@ -1,6 +1,7 @@
 // Edits of one trait, as the windows and kivera-batch make them.
 #include "frontend/TraitEditing.h"
 
+#include "character/TagChanges.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "core/modTags.h"
@@ -23,20 +24,6 @@ void SetParent(KVRCharacter& character, const clsItem& item, std::string_view ke
     character.Env().log.LogRed("'" + item.FullName() + "' got no parent: there is no trait '" +
                                std::string(key) + "'.");
   }
-}
-
-// The records that a trait gives others are made from these texts.
-bool MakesRecords(std::string_view tag) {
-  return EqualNoCase(tag, "gives") || EqualNoCase(tag, "conditional") || EqualNoCase(tag, "taboo");
-}
-
-void RemakeRecords(KVRCharacter& character, clsItem& item) {
-  character.RemoveBonusesFromOwner(item);
-  character.RemoveConditionalsFromOwner(item);
-  character.RemoveTaboosFromOwner(item);
-  character.AddBonusesFromOwner(item);
-  character.AddConditionalsFromOwner(item);
-  character.AddTaboosFromOwner(item);
 }
 
 void Recalculate(KVRCharacter& character, clsItem& item) {
@@ -63,10 +50,8 @@ bool SetTag(clsItem& item, std::string_view tag, std::string_view value) {
   } else {
     item.SetTagItem(tag, value);
   }
-  if (MakesRecords(tag)) RemakeRecords(character, item);
-  character.CreateAffectsLinks(item);
   if (IsNameTag(tag)) character.PushRecalcGiven(item);
-  Recalculate(character, item);
+  SpreadTagChange(item, MakesRecords(tag));
   return true;
 }
 
