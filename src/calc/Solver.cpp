@@ -8,6 +8,7 @@
 
 #include "calc/Explanation.h"
 #include "calc/SolverContext.h"
+#include "calc/TextReducer.h"
 #include "core/Numbers.h"
 #include "core/Text.h"
 #include "core/modNewParser.h"
@@ -157,7 +158,8 @@ double SolveParts(std::string_view text, Context& context) {
         stack.Push(value, 0);
       },
       [&](char mark) { stack.Push(0, mark); });
-  const double value = modEval::EvaluatePieces(stack.Pieces()).value;
+  const auto [value, fault] = modEval::EvaluatePieces(stack.Pieces());
+  if (fault && text.size() > modEval::kLongestOddText) MeetBound(context, text, "is too long");
   Trace(context, ": After Evaluate tValue = ", value);
   return value;
 }

@@ -246,6 +246,16 @@ TEST_F(SolverTest, CyclesEndWithOneRedLine) {
   EXPECT_EQ(modSolver::Solver(nested + "1", loops), 0);
 }
 
+TEST_F(SolverTest, AnOddTextThatIsTooLongIsTold) {
+  std::string sum = "2(3)";
+  while (sum.size() < 20000) sum += "+2(3)";
+  EXPECT_GT(Solve(sum), 0);
+  EXPECT_EQ(world_.RedLog(), "");
+  while (sum.size() < 40000) sum += "+2(3)";
+  EXPECT_EQ(Solve(sum), 0);
+  EXPECT_NE(world_.RedLog().find("is too long; it counts as 0."), npos);
+}
+
 TEST_F(SolverTest, TraceShowsTheStages) {
   Solve("1+@max(3,4)");
   EXPECT_EQ(world_.Log().find("tmp$"), npos);
