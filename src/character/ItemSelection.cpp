@@ -97,7 +97,7 @@ SelectLimits SelectLimits::Read(std::string_view text) {
   if (hasFirst) limits.least = limits.negative ? -first : first;
   limits.hasMost = hasLast;
   if (hasLast) limits.most = limits.negative ? -last : last;
-  if (!limits.most.IsZero() && limits.least > limits.most && hasFirst && hasLast) {
+  if ((limits.negative || !limits.most.IsZero()) && limits.least > limits.most && hasFirst && hasLast) {
     std::swap(limits.least, limits.most);
   }
   return limits;
@@ -292,16 +292,21 @@ void ItemSelection::NoteStart(Offered& offered, const clsItem& item) {
 
 bool ItemSelection::TakeNew(Offered& offered) {
   ActivityLog& log = character_.Env().log;
-  if (character_.FindItem(offered.fullName, offered.type)) {
-    log.LogLine("Can't add " + offered.fullName + " because we already have it loaded.");
+  const auto refuse = [&](const std::string& name) {
+    log.LogLine("Can't add " + name + " because we already have it loaded.");
+    offered.id = 0;
     return false;
-  }
+  };
+  if (character_.FindItem(offered.fullName, offered.type)) return refuse(offered.fullName);
+  const std::int32_t lastKey = character_.LastKey;
   offered.id = character_.CreateNewItem(offered.type, "," + offered.tagList, offered.sysKey, "", 0, 0, 0);
   const clsItem* item = ItemOf(offered);
   if (!item) {
     offered.id = 0;
     return false;
   }
+  // An answer may have given it the name of one that stands already, which is not ours to take away.
+  if (offered.id <= lastKey) return refuse(item->FullName());
   log.LogLine("just added " + item->KeyText());
   FormerState::MakeLinks(character_);
   character_.TrickleRecalcItems();

@@ -226,6 +226,11 @@ bool KVRSystem::LoadDataSet(std::string_view path) {
     env_.log.LogLine("No Data Set was loaded.");
     return false;
   }
+  // The library that stands is kept where there is nothing to put in its place.
+  if (std::string why; !Files::ReadWhole(setPath, &why)) {
+    env_.log.LogRed("Data Set '" + setPath + "' could not be read: " + why);
+    return false;
+  }
   const auto [folder, name] = Files::SplitPath(setPath);
   const TimerScope timer;
   TellStage("Loading Data File Set: " + std::string(name));

@@ -319,6 +319,7 @@ TEST(TemplateEffects, ReadTheLimitsOfASelectionFromEitherEnd) {
                      {"-20, -10", 10, 20},
                      {"5, 2", 2, 5},
                      {"2, 5", 2, 5},
+                     {"-40, 0", 0, 40},
                      {"-5, 5", -5, 5},
                      {"atleast 3", 3, 0},
                      {"atleast 3, upto 0", 3, 0},
@@ -328,6 +329,20 @@ TEST(TemplateEffects, ReadTheLimitsOfASelectionFromEitherEnd) {
     EXPECT_EQ(limits.least.ToDouble(), each.least) << each.text;
     EXPECT_EQ(limits.most.ToDouble(), each.most) << each.text;
   }
+}
+
+TEST(TemplateEffects, LeaveAloneWhatATypedNameMeets) {
+  TemplateWorld world;
+  world.env.Config.RefuseDupes[kAds] = -1;
+  world.Load("[ADS]\r\nScent, 5, kind(scent), nameext(%input%#input(Which?))\r\n");
+  const std::int32_t id = world.character.CreateNewItem(kAds, "name(Scent),nameext(Smell)", "", "", 0, 0, 0);
+  for (const char* answer : {"1", "Smell"}) world.Answer(answer);
+  world.Use(
+      "owns(yes),select1(itemswanted(upto 1),list(#buildselectlist(ads where kind is scent, "
+      "template(AD:%listitem%))))");
+  EXPECT_NE(world.Log().find("Can't add Scent (Smell) because"), npos);
+  ASSERT_TRUE(world.character.ItemByKey(id));
+  EXPECT_EQ(world.character.ItemByKey(id)->TagItem("owned"), "");
 }
 
 // Points that no level asks for are kept.

@@ -2,6 +2,7 @@
 // files.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <random>
 
 #include "library/KVRSystem.h"
@@ -55,6 +56,18 @@ TEST_F(DataSets, AnEmptySetIsNoError) {
   EXPECT_TRUE(Load("empty.kds"));
   EXPECT_EQ(system.Items.Count(), 0u);
   EXPECT_TRUE(world.notices.empty());
+}
+
+TEST_F(DataSets, OneThatCannotBeReadLeavesTheLibraryAsItStands) {
+  File("base.kdf", "[ADS]\r\nKeen Eye, 5\r\n");
+  Set("good.kds", "files(base.kdf)");
+  ASSERT_TRUE(Load("good.kds"));
+  Set("huge.kds", "files()");
+  std::filesystem::resize_file(Files::Native(world.Path("huge.kds", kDataSets)), 3ull << 30);  // with a hole
+  EXPECT_FALSE(Load("huge.kds"));
+  EXPECT_EQ(Cost("Keen Eye"), "5");
+  EXPECT_EQ(system.DataSet, "good.kds");
+  EXPECT_NE(world.RedLog().find("huge.kds' could not be read"), npos);
 }
 
 TEST_F(DataSets, AreLookedForWithTheUserThenAsShippedThenBesideTheProgram) {
