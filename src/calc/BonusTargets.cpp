@@ -8,6 +8,7 @@
 #include "core/modNewParser.h"
 #include "core/modTags.h"
 #include "core/modTools.h"
+#include "library/CategoryPrefixes.h"
 
 namespace kvr {
 namespace {
@@ -43,33 +44,6 @@ struct CategoryPrefix {
   std::string_view word;
   ItemType type;
 };
-constexpr CategoryPrefix kCategoryPrefixes[] = {
-    {"CA", kAds},
-    {"ADCAT", kAds},
-    {"DICAT", kDisads},
-    {"DISADCAT", kDisads},
-    {"PECAT", kPerks},
-    {"PERKCAT", kPerks},
-    {"POCAT", kPerks},
-    {"POWERCAT", kPerks},
-    {"EQCAT", kEquipment},
-    {"EQUIPCAT", kEquipment},
-    {"EQUIPMENTCAT", kEquipment},
-    {"CL", kSkills},
-    {"SKCAT", kSkills},
-    {"SKILLCAT", kSkills},
-    {"CO", kSpells},
-    {"SPCAT", kSpells},
-    {"SPELLCAT", kSpells},
-};
-
-ItemType TypeOfCategory(std::string_view prefix) {
-  for (const CategoryPrefix& row : kCategoryPrefixes) {
-    if (EqualNoCase(row.word, prefix)) return row.type;
-  }
-  return kNoType;
-}
-
 constexpr CategoryPrefix kQuestionTypes[] = {
     {"", kNoType},          {"all", kNoType},        {"stats", kStats},
     {"attributes", kStats}, {"st:", kStats},         {"ads", kAds},
@@ -151,7 +125,7 @@ void BonusTarget::Read(std::string_view prefix, std::string_view name, std::stri
   Entry entry;
   if (prefix.empty() && IsTagQuestion(name)) {
     entry = ReadTagQuestion(name);
-  } else if (const ItemType category = TypeOfCategory(prefix); category != kNoType) {
+  } else if (const ItemType category = modPrefixes::TypeFromCategoryPrefix(prefix); category != kNoType) {
     entry.by = By::Category;
     entry.type = category;
     entry.name = modPrefixes::JoinNameAndExt(name, ext);

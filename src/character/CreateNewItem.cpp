@@ -7,6 +7,7 @@
 #include "character/ModTree.h"
 #include "character/SavedText.h"
 #include "character/TechLevel.h"
+#include "character/WholeTagList.h"
 #include "character/modDirectives.h"
 #include "core/Numbers.h"
 #include "core/modTags.h"
@@ -470,18 +471,12 @@ void ItemCreation::Finish() {
 // --- The character's side
 // ----------------------------------------------------------------------------------------------
 
-namespace {
-
-// A value that closes its tag too early would swallow the tags behind it, and the trait's name is the last
-// one.
 std::string WholeTagList(const clsSystemItem& record, ActivityLog& log) {
   std::string list = record.TagList();
   if (modTags::ParensBalance(list)) return list;
   log.LogRed("'" + record.FullName() + "': an unmatched parenthesis in the library was read as a bracket.");
   return savedText::RepairTagText(list);
 }
-
-}  // namespace
 
 std::int32_t KVRCharacter::AddItemFromSystem(std::string_view sysKey, std::string_view parentKey,
                                              int noInitMods, int noNeedsCheck, int allowDuplicate) {

@@ -8,6 +8,7 @@
 #include "character/FormerState.h"
 #include "character/LevelMoves.h"
 #include "character/TagChanges.h"
+#include "character/WholeTagList.h"
 #include "character/modLists.h"
 #include "core/Numbers.h"
 #include "core/modTags.h"
@@ -174,7 +175,7 @@ ItemSelection::Offered ItemSelection::BaseOf(const templateEntries::TraitReferen
   if (const clsSystemItem* record = character_.System().FindItem(wanted.name, wanted.type)) {
     log.LogLine("Found at " + std::to_string(record->IDKey));
     offered.sysKey = record->CollectionKey();
-    offered.tagList = record->TagList();
+    offered.tagList = WholeTagList(*record, log);
   } else {
     log.LogLine(wanted.prefix + ":" + wanted.name + ": Didn't find item: " + std::string(entry));
     const auto [name, ext] = modPrefixes::SplitNameAndExt(wanted.name);

@@ -10,6 +10,7 @@
 #include "core/modNewParser.h"
 #include "core/modTags.h"
 #include "core/modTools.h"
+#include "library/CategoryPrefixes.h"
 
 namespace kvr::modNeeds {
 namespace {
@@ -36,31 +37,11 @@ constexpr CountedKind kCountedKinds[] = {
     {"skill categories", Kind::Categories, kSkills},
 };
 
-struct CategoryPrefix {
-  std::string_view prefix;
-  ItemType type;
-};
-constexpr CategoryPrefix kCategoryPrefixes[] = {
-    {"CA", kAds},
-    {"ADCAT", kAds},
-    {"DICAT", kDisads},
-    {"DISADCAT", kDisads},
-    {"POCAT", kPerks},
-    {"POWERCAT", kPerks},
-    {"PECAT", kPerks},
-    {"PERKCAT", kPerks},
-    {"CO", kSpells},
-    {"SPCAT", kSpells},
-    {"SPELLCAT", kSpells},
-    {"CL", kSkills},
-    {"SKCAT", kSkills},
-    {"SKILLCAT", kSkills},
-    {"EQCAT", kEquipment},
-    {"EQUIPCAT", kEquipment},
-    {"EQUIPMENTCAT", kEquipment},
-    {"PACAT", kPackages},
-    {"TECAT", kPackages},
-};
+// Of templates too, which no bonus reaches by category.
+ItemType TypeOfCountedCategory(std::string_view prefix) {
+  if (EqualNoCase(prefix, "PACAT") || EqualNoCase(prefix, "TECAT")) return kPackages;
+  return modPrefixes::TypeFromCategoryPrefix(prefix);
+}
 
 // A number above zero as a count; 0 when it is none.
 std::int32_t CountOf(std::string_view word) {
@@ -200,9 +181,7 @@ bool ReadCountedKind(std::string_view words, Finding& finding) {
 
 bool ReadCountedCategory(const Check& check, const modPrefixes::Reference& reference, Finding& finding) {
   finding.sameCategory = EqualNoCase(reference.prefix, "SAMECAT");
-  if (finding.sameCategory) finding.type = check.needer.ItemType;
-  for (const CategoryPrefix& row : kCategoryPrefixes)
-    if (EqualNoCase(row.prefix, reference.prefix)) finding.type = row.type;
+  finding.type = finding.sameCategory ? check.needer.ItemType : TypeOfCountedCategory(reference.prefix);
   if (finding.type == kNoType) return false;
   finding.kind = Kind::Category;
   finding.group = modTools::StripQuotesAndBraces(reference.rest);

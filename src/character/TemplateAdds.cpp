@@ -5,6 +5,7 @@
 #include "character/ChooseItem.h"
 #include "character/FormerState.h"
 #include "character/TemplateEntries.h"
+#include "character/WholeTagList.h"
 #include "core/modTags.h"
 
 namespace kvr {
@@ -116,7 +117,7 @@ std::int32_t TraitBringer::AddRecord(const clsSystemItem& record, bool noInitMod
 
 std::int32_t TraitBringer::AddWithExtension(const clsSystemItem& base, std::string_view ext,
                                             bool noInitMods) {
-  const std::string list = base.TagList() + ",nameext(" + std::string(ext) + ")";
+  const std::string list = WholeTagList(base, character_.Env().log) + ",nameext(" + std::string(ext) + ")";
   return AddOrDouble([&](int allowDuplicate) {
     return character_.CreateNewItem(base.ItemType, list, base.CollectionKey(), "", noInitMods ? -1 : 0, -1,
                                     allowDuplicate);
